@@ -1,0 +1,269 @@
+#include "controller/Controller.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tarnwick {
+
+namespace {
+
+constexpr double distantPast = -std::numeric_limits<double>::infinity();
+constexpr double settleStep = 0.6;
+constexpr double wakeSettle = 6.0;
+constexpr double groupWindow = 3.0;
+const std::string permissionMissing = "Accessibility permission missing";
+
+std::string plural(int64_t n, const std::string& one) {
+    return std::to_string(n) + " " + one + (n == 1 ? "" : "s");
+}
+
+} // namespace
+
+Controller::Controller(const Parts& parts)
+    : parts_(parts)
+    , platform_(parts.platform)
+    , prefs_(parts.prefs)
+    , wokeAt_(distantPast)
+    , lastArrival_(distantPast) {}
+
+std::shared_ptr<Controller> Controller::create(const Parts& parts) {
+    std::shared_ptr<Controller> c(new Controller(parts));
+    c->start();
+    return c;
+}
+
+void Controller::start() {
+    displays_ = Displays::all(platform_.screens);
+    // The key of an older layout format; nothing reads it any more.
+    platform_.defaults.remove("layouts");
+    known_ = Displays::byId(displays_);
+
+    std::weak_ptr<Controller> weak = weak_from_this();
+    auto handler = [weak](void (*body)(Controller&)) {
+        return [weak, body] {
+            if (auto self = weak.lock()) body(*self);
+        };
+    };
+    auto& n = platform_.notifications;
+    n.observe(PlatformEvent::screenParameters, handler([](Controller& c) { c.screensChanged(); }));
+    n.observe(PlatformEvent::willSleep, handler([](Controller& c) { c.asleep_ = true; }));
+    n.observe(PlatformEvent::screensDidSleep, handler([](Controller& c) { c.asleep_ = true; }));
+    auto wake = [](Controller& c) {
+        c.asleep_ = false;
+        c.wokeAt_ = c.platform_.dispatch.now();
+        c.screensChanged();
+    };
+    n.observe(PlatformEvent::didWake, handler(wake));
+    n.observe(PlatformEvent::screensDidWake, handler(wake));
+    platform_.dispatch.every(snapshotInterval, handler([](Controller& c) { c.autoSnapshot(); }));
+}
+
+void Controller::setStatus(const std::string& text) {
+    willChange();
+    status_ = text;
+    platform_.log.status(text);
+}
+
+void Controller::setDisplays(std::vector<Display> displays) {
+    willChange();
+    displays_ = std::move(displays);
+}
+
+void Controller::screensChanged() {
+    setDisplays(Displays::all(platform_.screens));
+    if (pending_) pending_->cancel();
+    pending_.reset();
+    if (asleep_) return; // the wake calls again
+    // A display that wakes with the machine takes a while to report its final
+    // geometry: wait until six seconds after the wake.
+    const double sinceWake = platform_.dispatch.now() - wokeAt_;
+    const double wait = std::max(wakeSettle - sinceWake, settleStep);
+    auto self = shared_from_this();
+    pending_ = platform_.dispatch.after(wait, [self] { self->settle(); });
+}
+
+void Controller::settle() {
+    auto now = Displays::all(platform_.screens);
+    auto [added, removed] = Displays::diff(known_, now);
+    known_ = Displays::byId(now);
+    setDisplays(now);
+    if (!removed.empty() && added.empty()) disconnected(removed, now);
+    if (!added.empty()) connected(added);
+}
+
+void Controller::disconnected(const std::vector<Display>& removed,
+                              const std::vector<Display>& remaining) {
+    parts_.sound.play("disconnect");
+    setStatus(removed.size() == 1 ? removed.front().name + " disconnected"
+                                  : std::to_string(removed.size()) + " displays disconnected");
+    if (prefs_.announce())
+        parts_.island.announce(removed, false, remaining);
+    else
+        parts_.island.close(false);
+}
+
+void Controller::connected(const std::vector<Display>& added) {
+    const double settle = std::max(prefs_.delay() - settleStep, 0.0);
+    const double now = platform_.dispatch.now();
+    const bool sameGroup = now - lastArrival_ < settle + groupWindow;
+    std::vector<Display> group;
+    if (sameGroup)
+        for (const auto& a : arrivals_)
+            if (std::any_of(displays_.begin(), displays_.end(),
+                            [&](const Display& d) { return d.id == a.id; }))
+                group.push_back(a);
+    group.insert(group.end(), added.begin(), added.end());
+    arrivals_ = std::move(group);
+    lastArrival_ = now;
+    if (!sameGroup) parts_.sound.play("connect");
+    setStatus(arrivals_.size() == 1 ? arrivals_.front().name + " connected"
+                                    : std::to_string(arrivals_.size()) + " displays connected");
+
+    auto target = Displays::target(displays_, prefs_);
+    if (!target) return;
+    switch (prefs_.onConnect()) {
+    case OnConnect::nothing:
+        if (prefs_.announce()) parts_.island.announce(arrivals_, true, displays_);
+        break;
+    case OnConnect::moveAll: {
+        if (prefs_.announce()) parts_.island.announce(arrivals_, true, displays_);
+        // One move per burst: a later connect of the group replaces this one.
+        if (moveWork_) moveWork_->cancel();
+        auto self = shared_from_this();
+        moveWork_ = platform_.dispatch.after(settle, [self] { self->moveEverything(); });
+        break;
+    }
+    case OnConnect::ask:
+        if (!platform_.trust.isProcessTrusted()) {
+            setStatus(permissionMissing);
+            return;
+        }
+        parts_.island.choose(*target, arrivals_, settle);
+        break;
+    }
+}
+
+bool Controller::trusted(bool byHand) {
+    if (platform_.trust.isProcessTrusted()) return true;
+    setStatus(permissionMissing);
+    if (byHand) parts_.setupWindow.show(SetupStep::permission);
+    return false;
+}
+
+void Controller::move(std::optional<std::vector<AXWindow>> windows, const Display& target,
+                      const std::vector<Display>& all, MoveProgress progress, MoveDone done) {
+    setStatus("Moving windows to " + target.name + "\u2026");
+    auto self = shared_from_this();
+    platform_.dispatch.background(QoS::userInitiated, [self, windows = std::move(windows), target,
+                                                       all, progress = std::move(progress),
+                                                       done = std::move(done)] {
+        auto& dispatch = self->platform_.dispatch;
+        // Each report hops to the main thread on its own, in order, before the summary.
+        auto report = [self, progress](int64_t n, int64_t total, const std::string& app) {
+            self->platform_.dispatch.main([self, progress, n, total, app] {
+                self->setStatus("Moving " + std::to_string(n) + " of " + std::to_string(total) +
+                                ": " + app + "\u2026");
+                if (progress) progress(n, total, app);
+            });
+        };
+        auto result =
+            self->parts_.mover.moveAll(target, all, self->prefs_.placement(), windows, report);
+        dispatch.main([self, result, target, done] {
+            self->setStatus(result.summary(target.name));
+            if (done) done(result);
+        });
+    });
+}
+
+void Controller::moveAll(const Display& target) {
+    if (!trusted(true)) return;
+    auto all = Displays::all(platform_.screens);
+    auto self = shared_from_this();
+    move(std::nullopt, target, all, nullptr, [self, target](const WindowMover::MoveResult& r) {
+        if (r.moved == 0 && r.leftWindowed == 0 && !r.targetLost)
+            self->setStatus("Nothing to move: every window is already on " + target.name);
+    });
+}
+
+void Controller::moveEverything() {
+    if (!trusted(false)) return;
+    auto all = Displays::all(platform_.screens);
+    auto target = Displays::target(all, prefs_);
+    if (!target) return;
+    setStatus(target->name + " connected \u00b7 moving windows\u2026");
+    auto self = shared_from_this();
+    platform_.dispatch.background(QoS::userInitiated, [self, all, target = *target] {
+        auto windows = self->parts_.mover.windows();
+        int64_t restored = 0;
+        if (self->prefs_.rememberLayouts()) {
+            // The setup's saved arrangement first; only what it does not know moves.
+            auto r = self->parts_.layouts.restore(windows);
+            restored = r.restored;
+            windows = std::move(r.unmatched);
+        }
+        auto result = self->parts_.mover.moveAll(target, all, self->prefs_.placement(), windows);
+        self->platform_.dispatch.main([self, result, restored, name = target.name] {
+            auto text = result.summary(name);
+            if (restored >= 1) text += " \u00b7 restored " + std::to_string(restored);
+            self->setStatus(text);
+        });
+    });
+}
+
+void Controller::chooseWindows() {
+    if (!trusted(true)) return;
+    auto target = Displays::target(displays_, prefs_);
+    if (target && displays_.size() >= 2) parts_.island.choose(*target, {}, 0.0);
+}
+
+void Controller::saveLayout() {
+    if (!trusted(true)) return;
+    const auto n = static_cast<int64_t>(displays_.size());
+    auto self = shared_from_this();
+    platform_.dispatch.background(QoS::userInitiated, [self, n] {
+        self->parts_.layouts.save();
+        self->platform_.dispatch.main(
+            [self, n] { self->setStatus("Layout saved for " + plural(n, "display")); });
+    });
+}
+
+void Controller::restoreLayout() {
+    if (!trusted(true)) return;
+    const bool has = parts_.layouts.load().count(Displays::configKey(displays_)) > 0;
+    auto self = shared_from_this();
+    platform_.dispatch.background(QoS::userInitiated, [self, has] {
+        auto r = self->parts_.layouts.restore(self->parts_.mover.windows());
+        self->platform_.dispatch.main([self, has, restored = r.restored] {
+            self->setStatus(has ? "Restored " + plural(restored, "window")
+                                : "No saved layout for this display setup");
+        });
+    });
+}
+
+void Controller::preview(bool connected) {
+    std::vector<Display> external, builtin;
+    for (const auto& d : displays_)
+        (d.isBuiltin ? builtin : external).push_back(d);
+    auto target = Displays::target(displays_, prefs_);
+    if (!target || external.empty()) return;
+    if (!connected) {
+        parts_.sound.play("disconnect");
+        parts_.island.announce(external, false, builtin);
+        return;
+    }
+    parts_.sound.play("connect");
+    if (prefs_.onConnect() == OnConnect::ask && platform_.trust.isProcessTrusted())
+        parts_.island.choose(*target, external, 0.0);
+    else
+        parts_.island.announce(external, true, displays_);
+}
+
+void Controller::autoSnapshot() {
+    // One display alone is never saved, so undocking keeps the docked arrangement.
+    if (!prefs_.rememberLayouts() || displays_.size() < 2 || !platform_.trust.isProcessTrusted())
+        return;
+    auto self = shared_from_this();
+    platform_.dispatch.background(QoS::utility, [self] { self->parts_.layouts.save(); });
+}
+
+} // namespace tarnwick

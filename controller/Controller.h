@@ -1,0 +1,87 @@
+#pragma once
+
+#include "app/Sound.h"
+#include "displays/Displays.h"
+#include "island/Island.h"
+#include "layouts/Layouts.h"
+#include "platform/Observable.h"
+#include "platform/Platform.h"
+#include "prefs/Prefs.h"
+#include "setup/SetupWindow.h"
+#include "windows/WindowMover.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+// The coordinator: follows the connected displays, decides what a connect or
+// a disconnect does, runs the move and layout commands and publishes the
+// status line. Main thread only, but for the work it sends to the background.
+class Controller : public Observable, public std::enable_shared_from_this<Controller> {
+  public:
+    struct Parts {
+        Platform& platform;
+        Prefs& prefs;
+        Sound& sound;
+        Island& island;
+        SetupWindow& setupWindow;
+        WindowMover& mover;
+        Layouts& layouts;
+    };
+    using MoveProgress = std::function<void(int64_t done, int64_t total, const std::string& app)>;
+    using MoveDone = std::function<void(const WindowMover::MoveResult&)>;
+
+    static constexpr double snapshotInterval = 30.0;
+
+    // Runs the start-up steps: reads the displays, subscribes to the platform's
+    // events and starts the snapshot timer.
+    static std::shared_ptr<Controller> create(const Parts& parts);
+
+    const std::vector<Display>& displays() const { return displays_; }
+    const std::string& status() const { return status_; }
+    // Also written by the island when the user starts a move from it.
+    void setStatus(const std::string& text);
+
+    void moveAll(const Display& target);
+    void chooseWindows();
+    void saveLayout();
+    void restoreLayout();
+    void preview(bool connected);
+    // The move runner, shared with the island's move buttons. `windows`
+    // absent means every window.
+    void move(std::optional<std::vector<AXWindow>> windows, const Display& target,
+              const std::vector<Display>& all, MoveProgress progress, MoveDone done);
+
+  private:
+    explicit Controller(const Parts& parts);
+    void start();
+    void screensChanged();
+    void settle();
+    void connected(const std::vector<Display>& added);
+    void disconnected(const std::vector<Display>& removed, const std::vector<Display>& remaining);
+    void moveEverything();
+    void autoSnapshot();
+    // The Accessibility gate; hand-started commands also open the setup window.
+    bool trusted(bool byHand);
+    void setDisplays(std::vector<Display> displays);
+
+    Parts parts_;
+    Platform& platform_;
+    Prefs& prefs_;
+
+    std::vector<Display> displays_;
+    std::string status_ = "Ready";
+    DisplayMap known_;
+    WorkHandle pending_;
+    bool asleep_ = false;
+    double wokeAt_;
+    std::vector<Display> arrivals_;
+    double lastArrival_;
+    WorkHandle moveWork_;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,126 @@
+#include "displays/Displays.h"
+
+#include "prefs/Prefs.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace tarnwick::Displays {
+
+std::vector<Display> all(Screens& screens) {
+    auto list = screens.screens();
+    if (list.empty()) return {};
+    // Bottom-left to top-left, against the primary screen's whole frame.
+    const double top = list.front().frame.maxY();
+    auto flip = [top](const Rect& r) { return Rect{r.minX(), top - r.maxY(), r.w, r.h}; };
+    std::vector<Display> out;
+    for (const auto& s : list) {
+        if (!s.number) continue;
+        out.push_back(
+            {*s.number, s.name, flip(s.frame), flip(s.visibleFrame), screens.isBuiltin(*s.number)});
+    }
+    return disambiguate(out);
+}
+
+std::vector<Display> disambiguate(const std::vector<Display>& displays) {
+    std::unordered_map<std::string, std::vector<const Display*>> groups;
+    for (const auto& d : displays)
+        groups[d.name].push_back(&d);
+    bool shared = std::any_of(groups.begin(), groups.end(),
+                              [](const auto& g) { return g.second.size() > 1; });
+    if (!shared) return displays;
+
+    for (auto& [name, group] : groups)
+        std::stable_sort(group.begin(), group.end(), [](const Display* a, const Display* b) {
+            if (a->frame.minX() != b->frame.minX()) return a->frame.minX() < b->frame.minX();
+            return a->frame.minY() < b->frame.minY();
+        });
+    std::vector<Display> out;
+    out.reserve(displays.size());
+    for (const auto& d : displays) {
+        Display copy = d;
+        const auto& group = groups[d.name];
+        if (group.size() > 1) {
+            auto pos = std::find_if(group.begin(), group.end(),
+                                    [&](const Display* g) { return g->id == d.id; });
+            copy.name = d.name + " (" + std::to_string(pos - group.begin() + 1) + ")";
+        }
+        out.push_back(std::move(copy));
+    }
+    return out;
+}
+
+std::optional<Display> target(const std::vector<Display>& displays, const Prefs& prefs) {
+    return target(displays, prefs.targetDisplay());
+}
+
+std::optional<Display> target(const std::vector<Display>& displays,
+                              const std::string& preferredName) {
+    if (!preferredName.empty())
+        for (const auto& d : displays)
+            if (d.name == preferredName) return d;
+    std::vector<const Display*> candidates;
+    for (const auto& d : displays)
+        if (!d.isBuiltin) candidates.push_back(&d);
+    if (candidates.empty())
+        for (const auto& d : displays)
+            candidates.push_back(&d);
+    if (candidates.empty()) return std::nullopt;
+    const Display* best = candidates.front();
+    for (const Display* c : candidates)
+        if (c->frame.w * c->frame.h > best->frame.w * best->frame.h) best = c;
+    return *best;
+}
+
+std::string configKey(const std::vector<Display>& displays) {
+    std::vector<std::string> parts;
+    for (const auto& d : displays)
+        parts.push_back(d.name + "@" + std::to_string(static_cast<long long>(d.frame.w)) + "x" +
+                        std::to_string(static_cast<long long>(d.frame.h)));
+    // Byte order, the same in every build: saved layouts are found by this key.
+    std::sort(parts.begin(), parts.end());
+    std::string key;
+    for (const auto& p : parts) {
+        if (!key.empty()) key += " + ";
+        key += p;
+    }
+    return key;
+}
+
+DisplayDiff diff(const DisplayMap& old, const std::vector<Display>& now) {
+    DisplayDiff out;
+    for (const auto& d : now)
+        if (!d.isBuiltin && !old.count(d.id)) out.added.push_back(d);
+    // The map is ordered by id, which is the order removals are reported in.
+    for (const auto& [id, d] : old) {
+        if (d.isBuiltin) continue;
+        bool still =
+            std::any_of(now.begin(), now.end(), [&](const Display& n) { return n.id == id; });
+        if (!still) out.removed.push_back(d);
+    }
+    return out;
+}
+
+std::optional<Display> containing(const Rect& rect, const std::vector<Display>& displays) {
+    if (displays.empty()) return std::nullopt;
+    const Display* best = &displays.front();
+    Intersection bestCut = intersect(best->frame, rect);
+    for (const auto& d : displays) {
+        auto cut = intersect(d.frame, rect);
+        if (cut.area() > bestCut.area()) {
+            best = &d;
+            bestCut = cut;
+        }
+    }
+    if (bestCut.null || bestCut.area() <= 0) return std::nullopt;
+    return *best;
+}
+
+DisplayMap byId(const std::vector<Display>& displays) {
+    DisplayMap m;
+    for (const auto& d : displays)
+        m[d.id] = d;
+    return m;
+}
+
+} // namespace tarnwick::Displays

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/Geometry.h"
+#include "platform/Screens.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+class Prefs;
+
+// One connected screen, in global top-left coordinates (y grows downwards from
+// the primary screen's top-left corner), the space window frames are read in.
+struct Display {
+    uint32_t id = 0;
+    std::string name;
+    Rect frame;
+    Rect visible;
+    bool isBuiltin = false;
+    bool operator==(const Display&) const = default;
+};
+
+using DisplayMap = std::map<uint32_t, Display>;
+
+struct DisplayDiff {
+    std::vector<Display> added;
+    std::vector<Display> removed;
+};
+
+namespace Displays {
+
+// The connected screens, primary first, with shared names made unique.
+std::vector<Display> all(Screens& screens);
+std::vector<Display> disambiguate(const std::vector<Display>& displays);
+// Where windows go: the display named in the preferences, else the largest external one.
+std::optional<Display> target(const std::vector<Display>& displays, const Prefs& prefs);
+std::optional<Display> target(const std::vector<Display>& displays,
+                              const std::string& preferredName);
+// Names and sizes only: the same monitors rearranged give the same key.
+std::string configKey(const std::vector<Display>& displays);
+DisplayDiff diff(const DisplayMap& old, const std::vector<Display>& now);
+std::optional<Display> containing(const Rect& rect, const std::vector<Display>& displays);
+DisplayMap byId(const std::vector<Display>& displays);
+
+} // namespace Displays
+
+} // namespace tarnwick

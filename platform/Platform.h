@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/Audio.h"
+#include "platform/Defaults.h"
+#include "platform/Dispatch.h"
+#include "platform/LoginItems.h"
+#include "platform/Notifications.h"
+#include "platform/Screens.h"
+#include "platform/SystemLog.h"
+#include "platform/Trust.h"
+#include "platform/WindowAccess.h"
+
+namespace tarnwick {
+
+// Everything the core may ask of the machine it runs on.
+struct Platform {
+    Dispatch& dispatch;
+    Screens& screens;
+    Notifications& notifications;
+    Defaults& defaults;
+    LoginItems& login;
+    Trust& trust;
+    Audio& audio;
+    SystemLog& log;
+    WindowAccess& windows;
+};
+
+} // namespace tarnwick

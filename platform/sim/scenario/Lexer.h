@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/Geometry.h"
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace tarnwick::sim {
+
+// A malformed statement; the message says what is wrong.
+struct ParseError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Removes a comment: everything from `#` outside a string to the end of the line.
+std::string stripComment(const std::string& line);
+
+// Reads the words of one statement, left to right.
+class Cursor {
+  public:
+    explicit Cursor(std::string text);
+
+    bool atEnd();
+    std::string peekWord();
+    std::string word(const char* what);
+    std::string string(const char* what);
+    std::string wordOrString(const char* what);
+    double number(const char* what);
+    int64_t integer(const char* what);
+    Rect rect(const char* what);
+    // A JSON value running to the end of the line; `data:"TEXT"` is binary data.
+    nlohmann::json jsonRest(const char* what);
+    // `name=value` words and bare flags, in any order, up to the end.
+    std::map<std::string, std::string> options(const std::set<std::string>& valued,
+                                               const std::set<std::string>& flags);
+    void end();
+
+    static Rect parseRect(const std::string& text, const char* what);
+    static double parseNumber(const std::string& text, const char* what);
+
+  private:
+    void skipSpace();
+    std::string text_;
+    size_t pos_ = 0;
+};
+
+} // namespace tarnwick::sim

@@ -1,0 +1,140 @@
+#include "platform/sim/scenario/Scenario.h"
+
+#include <sstream>
+
+namespace tarnwick::sim {
+
+Runtime::Runtime(std::FILE* echo)
+    : transcript(dispatch, echo)
+    , desktop(dispatch, transcript)
+    , island(transcript)
+    , setup(transcript)
+    , platform_(desktop.platform()) {}
+
+Runtime::~Runtime() {
+    // Background work still waiting must unwind while the core it uses exists.
+    dispatch.shutdown();
+}
+
+void Runtime::launch(const std::vector<std::string>& args) {
+    app_ = std::make_unique<App>(platform_, island, setup);
+    app_->didFinishLaunching(args);
+}
+
+App& Runtime::app() {
+    if (!app_) throw CheckFailed("expected a launched program, got none");
+    return *app_;
+}
+
+const StatementKind* Registry::find(const std::string& first, const std::string& second,
+                                    bool& twoWords) const {
+    twoWords = true;
+    if (auto it = kinds_.find(first + " " + second); it != kinds_.end()) return &it->second;
+    twoWords = false;
+    if (auto it = kinds_.find(first); it != kinds_.end()) return &it->second;
+    return nullptr;
+}
+
+const Registry& statements() {
+    static const Registry registry = [] {
+        Registry r;
+        registerWorldStatements(r);
+        registerWindowStatements(r);
+        registerAppStatements(r);
+        return r;
+    }();
+    return registry;
+}
+
+std::vector<Statement> parseScenario(const std::string& file, const std::string& text) {
+    std::vector<Statement> out;
+    ParseState state;
+    std::istringstream in(text);
+    std::string raw;
+    int lineNo = 0;
+    while (std::getline(in, raw)) {
+        ++lineNo;
+        try {
+            Cursor c(stripComment(raw));
+            if (c.atEnd()) continue;
+            auto first = c.word("a statement");
+            auto second = c.atEnd() ? std::string() : c.peekWord();
+            bool twoWords = false;
+            const StatementKind* kind = statements().find(first, second, twoWords);
+            if (!kind) {
+                if (first == "expect" || first == "dump")
+                    throw ParseError("unknown statement '" + first + " " + second + "'");
+                throw ParseError("unknown statement '" + first + "'");
+            }
+            if (twoWords) c.word("a second keyword");
+            if (kind->when == StatementKind::afterLaunch && !state.launched)
+                throw ParseError("'" + first + "' needs the program launched first");
+            Statement s;
+            s.line = lineNo;
+            if (first == "wait") {
+                s.isWait = true;
+                s.waitSeconds = c.number("the seconds to wait");
+                c.end();
+                if (s.waitSeconds < 0) throw ParseError("cannot wait a negative time");
+            } else {
+                s.run = kind->parse(c, state);
+            }
+            out.push_back(std::move(s));
+        } catch (const ParseError& e) {
+            throw ParseError(file + ":" + std::to_string(lineNo) + ": " + e.what());
+        }
+    }
+    return out;
+}
+
+Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& rt) {
+    constexpr int64_t day = 86400LL * 1000000LL;
+    auto where = [&](const Statement& s) { return file + ":" + std::to_string(s.line) + ": "; };
+    for (const auto& s : statements) {
+        // A statement takes effect after the work already due at this time.
+        auto run = [&](int64_t until, int64_t deadline) {
+            return rt.dispatch.runUntil(until, deadline);
+        };
+        const int64_t now = rt.dispatch.nowMicros();
+        SimDispatch::Run result;
+        if (s.isWait)
+            result = run(now + SimDispatch::micros(s.waitSeconds), now + day);
+        else
+            result = run(now, INT64_MAX);
+        if (result == SimDispatch::Run::deadline)
+            return {3, where(s) + "24 hours of virtual time passed without the wait ending"};
+        if (result == SimDispatch::Run::runaway)
+            return {3, where(s) + "the program keeps scheduling work at one instant; stopped"};
+        if (s.isWait) continue;
+        try {
+            s.run(rt);
+        } catch (const CheckFailed& e) {
+            return {1, where(s) + e.what()};
+        }
+    }
+    return {0, {}};
+}
+
+PlatformEvent eventNamed(const std::string& name) {
+    static const std::map<std::string, PlatformEvent> events{
+        {"screens", PlatformEvent::screenParameters},
+        {"willSleep", PlatformEvent::willSleep},
+        {"screensDidSleep", PlatformEvent::screensDidSleep},
+        {"didWake", PlatformEvent::didWake},
+        {"screensDidWake", PlatformEvent::screensDidWake},
+    };
+    auto it = events.find(name);
+    if (it == events.end())
+        throw ParseError("unknown event '" + name +
+                         "' (screens, willSleep, screensDidSleep, didWake, screensDidWake)");
+    return it->second;
+}
+
+bool yesNo(Cursor& c, const char* what) {
+    auto w = c.word(what);
+    if (w == "yes") return true;
+    if (w == "no") return false;
+    throw ParseError(std::string("expected yes or no for ") + what + ", found '" + w + "'");
+}
+
+} // namespace tarnwick::sim

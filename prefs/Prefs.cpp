@@ -1,0 +1,200 @@
+#include "prefs/Prefs.h"
+
+#include "platform/JsonText.h"
+
+#include <cstdlib>
+#include <strings.h>
+
+namespace tarnwick {
+
+namespace {
+
+template <typename E, size_t N>
+const CaseInfo<E>& info(const std::array<CaseInfo<E>, N>& cases, E value) {
+    for (const auto& c : cases)
+        if (c.value == value) return c;
+    return cases[0];
+}
+
+template <typename E, size_t N>
+std::optional<E> fromRaw(const std::array<CaseInfo<E>, N>& cases, std::string_view raw) {
+    for (const auto& c : cases)
+        if (c.raw == raw) return c.value;
+    return std::nullopt;
+}
+
+} // namespace
+
+std::string_view rawValue(OnConnect c) {
+    return info(onConnectCases, c).raw;
+}
+std::string_view rawValue(Placement p) {
+    return info(placementCases, p).raw;
+}
+std::string_view title(OnConnect c) {
+    return info(onConnectCases, c).title;
+}
+std::string_view title(Placement p) {
+    return info(placementCases, p).title;
+}
+std::string_view description(OnConnect c) {
+    return info(onConnectCases, c).description;
+}
+std::string_view description(Placement p) {
+    return info(placementCases, p).description;
+}
+std::optional<OnConnect> onConnectFromRaw(std::string_view raw) {
+    return fromRaw(onConnectCases, raw);
+}
+std::optional<Placement> placementFromRaw(std::string_view raw) {
+    return fromRaw(placementCases, raw);
+}
+
+namespace DefaultsRead {
+
+std::optional<std::string> string(const std::optional<DefaultsValue>& v) {
+    if (!v) return std::nullopt;
+    if (v->is_string()) return v->get<std::string>();
+    if (v->is_boolean()) return std::string(v->get<bool>() ? "1" : "0");
+    if (v->is_number()) return formatNumber(v->get<double>());
+    return std::nullopt;
+}
+
+double doubleValue(const std::optional<DefaultsValue>& v) {
+    if (!v) return 0;
+    if (v->is_boolean()) return v->get<bool>() ? 1 : 0;
+    if (v->is_number()) return v->get<double>();
+    if (v->is_string()) return std::strtod(v->get<std::string>().c_str(), nullptr);
+    return 0;
+}
+
+bool boolValue(const std::optional<DefaultsValue>& v) {
+    if (!v) return false;
+    if (v->is_boolean()) return v->get<bool>();
+    if (v->is_number()) return v->get<double>() != 0;
+    if (v->is_string()) {
+        const auto s = v->get<std::string>();
+        if (strcasecmp(s.c_str(), "yes") == 0 || strcasecmp(s.c_str(), "true") == 0) return true;
+        return std::atoll(s.c_str()) != 0;
+    }
+    return false;
+}
+
+std::optional<std::vector<std::string>> stringArray(const std::optional<DefaultsValue>& v) {
+    if (!v || !v->is_array()) return std::nullopt;
+    std::vector<std::string> out;
+    for (const auto& e : *v) {
+        if (!e.is_string()) return std::nullopt;
+        out.push_back(e.get<std::string>());
+    }
+    return out;
+}
+
+} // namespace DefaultsRead
+
+Prefs::Prefs(Defaults& d, LoginItems& login, SystemLog& log)
+    : d_(d)
+    , login_(login)
+    , log_(log) {
+    d_.registerDefaults({
+        {"onConnect", "ask"},
+        {"placement", "keepSize"},
+        {"delay", 2.0},
+        {"targetDisplay", ""},
+        {"moveFullscreen", true},
+        {"rememberLayouts", true},
+        {"playSounds", true},
+        {"announce", true},
+        {"excluded", DefaultsValue::array()},
+    });
+    using namespace DefaultsRead;
+    onConnect_ =
+        onConnectFromRaw(string(d_.object("onConnect")).value_or("")).value_or(OnConnect::ask);
+    placement_ =
+        placementFromRaw(string(d_.object("placement")).value_or("")).value_or(Placement::keepSize);
+    delay_ = doubleValue(d_.object("delay"));
+    targetDisplay_ = string(d_.object("targetDisplay")).value_or("");
+    moveFullscreen_ = boolValue(d_.object("moveFullscreen"));
+    rememberLayouts_ = boolValue(d_.object("rememberLayouts"));
+    playSounds_ = boolValue(d_.object("playSounds"));
+    announce_ = boolValue(d_.object("announce"));
+    excluded_ = stringArray(d_.object("excluded")).value_or(std::vector<std::string>{});
+}
+
+OnConnect Prefs::onConnect() const {
+    return get(onConnect_);
+}
+Placement Prefs::placement() const {
+    return get(placement_);
+}
+double Prefs::delay() const {
+    return get(delay_);
+}
+std::string Prefs::targetDisplay() const {
+    return get(targetDisplay_);
+}
+bool Prefs::moveFullscreen() const {
+    return get(moveFullscreen_);
+}
+bool Prefs::rememberLayouts() const {
+    return get(rememberLayouts_);
+}
+bool Prefs::playSounds() const {
+    return get(playSounds_);
+}
+bool Prefs::announce() const {
+    return get(announce_);
+}
+std::vector<std::string> Prefs::excluded() const {
+    return get(excluded_);
+}
+
+template <typename T>
+void Prefs::put(T& field, const T& value, const char* key, DefaultsValue stored) {
+    willChange();
+    {
+        std::lock_guard lock(mutex_);
+        field = value;
+    }
+    d_.set(key, stored);
+}
+
+void Prefs::setOnConnect(OnConnect v) {
+    put(onConnect_, v, "onConnect", std::string(rawValue(v)));
+}
+void Prefs::setPlacement(Placement v) {
+    put(placement_, v, "placement", std::string(rawValue(v)));
+}
+void Prefs::setDelay(double v) {
+    put(delay_, v, "delay", v);
+}
+void Prefs::setTargetDisplay(const std::string& v) {
+    put(targetDisplay_, v, "targetDisplay", v);
+}
+void Prefs::setMoveFullscreen(bool v) {
+    put(moveFullscreen_, v, "moveFullscreen", v);
+}
+void Prefs::setRememberLayouts(bool v) {
+    put(rememberLayouts_, v, "rememberLayouts", v);
+}
+void Prefs::setPlaySounds(bool v) {
+    put(playSounds_, v, "playSounds", v);
+}
+void Prefs::setAnnounce(bool v) {
+    put(announce_, v, "announce", v);
+}
+void Prefs::setExcluded(const std::vector<std::string>& v) {
+    put(excluded_, v, "excluded", DefaultsValue(v));
+}
+
+bool Prefs::launchAtLogin() const {
+    return login_.enabled();
+}
+
+void Prefs::setLaunchAtLogin(bool v) {
+    willChange();
+    auto error = v ? login_.registerApp() : login_.unregisterApp();
+    if (error) log_.line("Launch at login failed: " + *error);
+}
+
+} // namespace tarnwick

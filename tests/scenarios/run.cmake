@@ -1,0 +1,18 @@
+# Plays one scenario twice and compares the transcripts; compares them with
+# the recorded transcript NAME.out beside the scenario when there is one.
+execute_process(COMMAND ${RUNNER} ${SCENARIO} RESULT_VARIABLE first_rc OUTPUT_VARIABLE first ERROR_VARIABLE err)
+execute_process(COMMAND ${RUNNER} ${SCENARIO} RESULT_VARIABLE second_rc OUTPUT_VARIABLE second)
+message("${first}")
+if(NOT first_rc EQUAL 0)
+  message(FATAL_ERROR "exit ${first_rc}: ${err}")
+endif()
+if(NOT first STREQUAL second OR NOT second_rc EQUAL first_rc)
+  message(FATAL_ERROR "two runs of the scenario printed different transcripts:\n${second}")
+endif()
+string(REGEX REPLACE "\\.scn$" ".out" recorded ${SCENARIO})
+if(EXISTS ${recorded})
+  file(READ ${recorded} want)
+  if(NOT first STREQUAL want)
+    message(FATAL_ERROR "the transcript differs from ${recorded}")
+  endif()
+endif()
