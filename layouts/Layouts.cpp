@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <list>
 #include <unordered_map>
 
@@ -19,12 +18,11 @@ std::string Layouts::titleDigest(const std::string& title) {
     unsigned char digest[EVP_MAX_MD_SIZE];
     unsigned int length = 0;
     EVP_Digest(title.data(), title.size(), digest, &length, EVP_sha256(), nullptr);
-    std::string hex;
-    hex.reserve(length * 2);
-    char pair[3];
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string hex(length * 2, '0');
     for (unsigned i = 0; i < length; ++i) {
-        std::snprintf(pair, sizeof pair, "%02x", digest[i]);
-        hex += pair;
+        hex[2 * i] = digits[digest[i] >> 4];
+        hex[2 * i + 1] = digits[digest[i] & 0xf];
     }
     return hex;
 }
