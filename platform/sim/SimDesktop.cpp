@@ -289,7 +289,10 @@ SimDesktop::Window& SimDesktop::settle(Window& w) {
         w.pendingState.reset();
         if (on && !w.fullscreen) {
             w.windowed = w.frame;
-            w.frame = screenFrameAt(w.frame).value_or(w.frame);
+            // A window off every screen goes full screen on the primary one.
+            auto screen = screenFrameAt(w.frame);
+            if (!screen && !screens_.empty()) screen = topLeft(screens_.front().frame);
+            w.frame = screen.value_or(w.frame);
         } else if (!on && w.fullscreen) {
             w.frame = w.windowed;
         }
