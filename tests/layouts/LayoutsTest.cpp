@@ -1,0 +1,192 @@
+#include "layouts/Layouts.h"
+
+#include "platform/sim/SimDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace tarnwick;
+using tarnwick::sim::SimDesktop;
+using tarnwick::sim::SimDispatch;
+using tarnwick::sim::Transcript;
+
+namespace {
+
+struct World {
+    SimDispatch dispatch;
+    Transcript transcript{dispatch};
+    SimDesktop desk{dispatch, transcript};
+    Prefs prefs{desk, desk, desk};
+    WindowMover mover{desk, desk, dispatch, prefs};
+    Layouts layouts{desk, desk, mover};
+    std::string key;
+
+    World() {
+        desk.addScreen({1, "Built-in", {0, 0, 1440, 900}, {0, 0, 1440, 875}, true});
+        desk.addScreen({2, "Desk", {1440, -540, 2560, 1440}, {1440, -540, 2560, 1415}});
+        key = Displays::configKey(Displays::all(desk));
+        desk.addApp({10, "Notes", "com.example.notes"});
+        desk.addApp({11, "Mail", "com.example.mail"});
+    }
+    void window(int32_t pid, const std::string& title, Rect frame, bool fullscreen = false) {
+        desk.addWindow({.pid = pid, .title = title, .frame = frame, .fullscreen = fullscreen},
+                       false, false);
+    }
+    void store(const LayoutStore& s) {
+        auto text = *Layouts::encode(s);
+        desk.storeUserDefault(Layouts::storeKey, DefaultsValue::binary({text.begin(), text.end()}));
+    }
+    std::string stored() const {
+        const auto& bytes = desk.userDefaults().at(Layouts::storeKey).get_binary();
+        return {bytes.begin(), bytes.end()};
+    }
+    Rect frameOf(int32_t pid, const std::string& title) {
+        return desk.findWindow(pid, title)->frame;
+    }
+};
+
+SavedWindow saved(const std::string& bundle, const std::string& title, Rect f) {
+    return {bundle, Layouts::titleDigest(title), f.x, f.y, f.w, f.h};
+}
+
+std::vector<std::string> titles(const std::vector<AXWindow>& list) {
+    std::vector<std::string> out;
+    for (const auto& w : list)
+        out.push_back(w.title);
+    return out;
+}
+
+} // namespace
+
+TEST(Layouts, TitleDigest) {
+    EXPECT_EQ(Layouts::titleDigest(""),
+              "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    EXPECT_EQ(Layouts::titleDigest("abc"),
+              "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_NE(Layouts::titleDigest("Notes"), Layouts::titleDigest("notes"));
+}
+
+TEST(Layouts, EncodeAndDecode) {
+    const LayoutStore store{
+        {"Built-in@1440x900 + Desk@2560x1440", {{"com.a", "t", 1715, 321, 800, 601.5}}},
+        {"X@1x1", {}},
+    };
+    const auto text = Layouts::encode(store);
+    ASSERT_TRUE(text);
+    EXPECT_EQ(*text, R"({"Built-in@1440x900 + Desk@2560x1440":[{"bundle":"com.a","h":601.5,)"
+                     R"("title":"t","w":800,"x":1715,"y":321}],"X@1x1":[]})");
+    EXPECT_EQ(Layouts::decode(*text), store);
+
+    for (double bad :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+          -std::numeric_limits<double>::infinity()}) {
+        EXPECT_FALSE(Layouts::encode({{"k", {{"b", "t", 0, 0, 0, 0}, {"b", "t", 0, bad, 1, 1}}}}));
+        EXPECT_FALSE(Layouts::encode({{"k", {{"b", "t", 0, 0, 0, bad}}}}));
+    }
+
+    // Decoding wants every field, with its type; other fields are let be.
+    const std::string good = R"("bundle":"b","title":"t","x":1,"y":2.5,"w":3,"h":4)";
+    EXPECT_EQ(Layouts::decode("{\"k\":[{" + good + ",\"extra\":[true]}]}"),
+              (LayoutStore{{"k", {{"b", "t", 1, 2.5, 3, 4}}}}));
+    EXPECT_EQ(Layouts::decode("{}"), LayoutStore{});
+    for (const std::string& bad : std::vector<std::string>{
+             R"({"k":[{"bundle":"b","title":"t","x":1,"y":2,"w":3}]})",
+             R"({"k":[{"bundle":"b","title":"t","x":1,"y":2,"w":3,"h":"4"}]})",
+             R"({"k":[{"bundle":null,"title":"t","x":1,"y":2,"w":3,"h":4}]})",
+             R"({"k":[{"bundle":"b","title":7,"x":1,"y":2,"w":3,"h":4}]})",
+             R"({"k":[{)" + good + R"(}, 1]})",
+             R"({"k":{}})",
+             R"([])",
+             R"({"k":[)",
+             "",
+         })
+        EXPECT_FALSE(Layouts::decode(bad)) << bad;
+}
+
+TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
+    World w;
+    EXPECT_TRUE(w.layouts.load().empty());
+    w.window(10, "Groceries", {100, 125, 800, 600});
+    w.window(10, "Movie", {0, 0, 1440, 900}, true);
+    w.window(11, "Inbox", {1600, 100, 800, 600});
+    const std::vector<SavedWindow> old{saved("com.x", "Old", {1, 2, 3, 4})};
+    w.store({{"Old@1x1", old}});
+
+    w.layouts.save();
+    const std::vector<SavedWindow> first{
+        saved("com.example.notes", "Groceries", {100, 125, 800, 600}),
+        saved("com.example.mail", "Inbox", {1600, 100, 800, 600})};
+    EXPECT_EQ(w.layouts.load(), (LayoutStore{{"Old@1x1", old}, {w.key, first}}));
+
+    w.desk.moveByHand(*w.desk.findWindow(10, "Groceries"), {10.5, 30, 700, 500});
+    w.desk.closeWindow(*w.desk.findWindow(11, "Inbox"));
+    w.layouts.save();
+    EXPECT_EQ(
+        w.layouts.load(),
+        (LayoutStore{{"Old@1x1", old},
+                     {w.key, {saved("com.example.notes", "Groceries", {10.5, 30, 700, 500})}}}));
+
+    // A frame that cannot be written keeps what is stored, other setups included.
+    const auto before = w.stored();
+    w.window(11, "Broken", {std::numeric_limits<double>::infinity(), 0, 800, 600});
+    w.layouts.save();
+    EXPECT_EQ(w.stored(), before);
+}
+
+TEST(Layouts, RestoreUsesEachRecordOnceAndReportsTheRest) {
+    World w;
+    const Rect fx{200, 200, 500, 400}, fz{1500, 100, 600, 500}, away{-9000, 0, 100, 100};
+    w.store({{w.key,
+              {saved("com.example.notes", "X", fx), saved("com.example.notes", "Y", away),
+               saved("com.example.notes", "Z", fz), saved("com.example.mail", "Y", fz)}},
+             {"Elsewhere@1x1", {saved("com.example.mail", "Inbox", fx)}}});
+    const Rect start{0, 25, 300, 300};
+    w.window(10, "Y", start);       // its record is off-screen: stays, and uses the record up
+    w.window(10, "X", start, true); // full screen: never restored, its record stays free
+    w.window(11, "Inbox", start);   // no record of its own title
+    w.window(10, "Q", start);       // takes X's record
+    w.window(10, "R", start);       // takes Z's
+    w.window(10, "S", start);       // nothing left
+    auto list = w.mover.windows();
+    // Listed by application: put them back in the order above.
+    std::vector<AXWindow> input;
+    for (auto t : {"Y", "X", "Inbox", "Q", "R", "S"})
+        for (const auto& x : list)
+            if (x.title == t) input.push_back(x);
+
+    auto r = w.layouts.restore(input);
+    EXPECT_EQ(r.restored, 3);
+    EXPECT_EQ(titles(r.unmatched), (std::vector<std::string>{"Y", "X", "S"}));
+    EXPECT_EQ(w.frameOf(10, "Y"), start);
+    EXPECT_EQ(w.frameOf(11, "Inbox"), fz);
+    EXPECT_EQ(w.frameOf(10, "Q"), fx);
+    EXPECT_EQ(w.frameOf(10, "R"), fz);
+    EXPECT_EQ(w.frameOf(10, "S"), start);
+    // Restoring never writes the store.
+    EXPECT_EQ(w.transcript.text().find("defaults"), std::string::npos);
+}
+
+TEST(Layouts, RestoreWithoutAUsableEntry) {
+    for (bool emptyEntry : {false, true}) {
+        World w;
+        LayoutStore store{{"Elsewhere@1x1", {saved("com.example.notes", "N1", {0, 25, 9, 9})}}};
+        if (emptyEntry) store[w.key] = {};
+        w.store(store);
+        w.window(10, "N1", {0, 25, 300, 300});
+        w.window(10, "F1", {0, 0, 1440, 900}, true);
+        w.window(10, "N2", {0, 25, 300, 300});
+        w.window(11, "F2", {1440, 0, 2560, 1440}, true);
+        auto input = w.mover.windows();
+        auto r = w.layouts.restore(input);
+        EXPECT_EQ(r.restored, 0);
+        if (emptyEntry) {
+            EXPECT_EQ(titles(r.unmatched), (std::vector<std::string>{"F1", "F2", "N1", "N2"}));
+        } else {
+            ASSERT_EQ(titles(r.unmatched), titles(input));
+            for (size_t i = 0; i < input.size(); ++i)
+                EXPECT_EQ(r.unmatched[i].el, input[i].el);
+        }
+        EXPECT_EQ(w.transcript.text().find("frame"), std::string::npos);
+    }
+}

@@ -1,0 +1,114 @@
+#include "prefs/Prefs.h"
+
+#include "platform/sim/SimDesktop.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+using tarnwick::sim::SimDesktop;
+using tarnwick::sim::SimDispatch;
+using tarnwick::sim::Transcript;
+
+namespace {
+
+struct World {
+    SimDispatch dispatch;
+    Transcript transcript{dispatch};
+    SimDesktop desk{dispatch, transcript};
+    Prefs open() { return Prefs(desk, desk, desk); }
+};
+
+} // namespace
+
+TEST(Prefs, FreshDatabaseGivesTheDefaultsAndWritesNothing) {
+    World w;
+    auto p = w.open();
+    EXPECT_EQ(p.onConnect(), OnConnect::ask);
+    EXPECT_EQ(p.placement(), Placement::keepSize);
+    EXPECT_EQ(p.delay(), 2.0);
+    EXPECT_EQ(p.targetDisplay(), "");
+    EXPECT_TRUE(p.moveFullscreen() && p.rememberLayouts() && p.playSounds() && p.announce());
+    EXPECT_TRUE(p.excluded().empty());
+    EXPECT_FALSE(p.launchAtLogin());
+    EXPECT_TRUE(w.desk.userDefaults().empty());
+    EXPECT_EQ(w.transcript.text(), "");
+}
+
+TEST(Prefs, StoredValuesAreReadLenientlyAndNeverWrittenBack) {
+    struct Case {
+        DefaultsValue onConnect, placement, excluded;
+        OnConnect wantOnConnect;
+        Placement wantPlacement;
+        std::vector<std::string> wantExcluded;
+    };
+    const std::vector<Case> cases{
+        {"moveAll", "fill", {"a", "b"}, OnConnect::moveAll, Placement::fill, {"a", "b"}},
+        {"nothing", "scale", {}, OnConnect::nothing, Placement::scale, {}},
+        {"MoveAll", "Fill", "com.example.one", OnConnect::ask, Placement::keepSize, {}},
+        {"", "", {"a", 2}, OnConnect::ask, Placement::keepSize, {}},
+        {"sometimes", "stretch", {{"a", "b"}}, OnConnect::ask, Placement::keepSize, {}},
+        {1, true, 3, OnConnect::ask, Placement::keepSize, {}},
+    };
+    for (const auto& c : cases) {
+        World w;
+        w.desk.storeUserDefault("onConnect", c.onConnect);
+        w.desk.storeUserDefault("placement", c.placement);
+        w.desk.storeUserDefault("excluded", c.excluded);
+        auto p = w.open();
+        const auto what = c.onConnect.dump() + " " + c.placement.dump() + " " + c.excluded.dump();
+        EXPECT_EQ(p.onConnect(), c.wantOnConnect) << what;
+        EXPECT_EQ(p.placement(), c.wantPlacement) << what;
+        EXPECT_EQ(p.excluded(), c.wantExcluded) << what;
+        EXPECT_EQ(w.transcript.text(), "") << what;
+    }
+    World w;
+    w.desk.storeUserDefault("delay", 10);
+    EXPECT_EQ(w.open().delay(), 10.0); // beyond what the settings offer, used as it is
+}
+
+TEST(Prefs, EveryChangeIsWrittenThroughAndReadBackNextLaunch) {
+    World w;
+    {
+        auto p = w.open();
+        std::vector<Placement> seen;
+        p.observe([&] { seen.push_back(p.placement()); });
+        p.setPlacement(Placement::fill);
+        EXPECT_EQ(seen, std::vector<Placement>{Placement::keepSize}); // told before the change
+        p.setOnConnect(OnConnect::nothing);
+        p.setDelay(10);
+        p.setTargetDisplay("Desk");
+        p.setMoveFullscreen(false);
+        p.setExcluded({"com.example.b", "com.example.a"});
+    }
+    const auto& stored = w.desk.userDefaults();
+    EXPECT_EQ(stored.at("placement"), "fill");
+    EXPECT_EQ(stored.at("onConnect"), "nothing");
+    EXPECT_EQ(stored.at("delay"), 10.0);
+    EXPECT_EQ(stored.at("moveFullscreen"), false);
+    EXPECT_EQ(stored.at("excluded"), DefaultsValue::array({"com.example.b", "com.example.a"}));
+
+    auto again = w.open();
+    EXPECT_EQ(again.placement(), Placement::fill);
+    EXPECT_EQ(again.onConnect(), OnConnect::nothing);
+    EXPECT_EQ(again.targetDisplay(), "Desk");
+    EXPECT_EQ(again.excluded(), (std::vector<std::string>{"com.example.b", "com.example.a"}));
+}
+
+TEST(Prefs, LaunchAtLoginAsksTheServiceAndLogsARefusal) {
+    World w;
+    auto p = w.open();
+    int told = 0;
+    p.observe([&] { ++told; });
+
+    w.desk.failNextLogin("Operation not permitted");
+    p.setLaunchAtLogin(true);
+    EXPECT_FALSE(p.launchAtLogin());
+    EXPECT_EQ(told, 1); // so a bound toggle re-reads and springs back
+    EXPECT_EQ(w.transcript.text(), "0.000 log Launch at login failed: Operation not permitted\n");
+
+    p.setLaunchAtLogin(true);
+    EXPECT_TRUE(p.launchAtLogin());
+    w.desk.setLoginEnabled(false); // switched off elsewhere: the store does not remember
+    EXPECT_FALSE(p.launchAtLogin());
+    EXPECT_TRUE(w.desk.userDefaults().empty());
+}

@@ -1,0 +1,314 @@
+#include "windows/WindowMover.h"
+
+#include "platform/sim/SimDesktop.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+using tarnwick::sim::SimDesktop;
+using tarnwick::sim::SimDispatch;
+using tarnwick::sim::Transcript;
+using Window = SimDesktop::Window;
+
+namespace {
+
+struct World {
+    SimDispatch dispatch;
+    Transcript transcript{dispatch};
+    SimDesktop desk{dispatch, transcript};
+    Prefs prefs{desk, desk, desk};
+    WindowMover mover{desk, desk, dispatch, prefs};
+    ~World() { dispatch.shutdown(); }
+
+    void app(int32_t pid, const std::string& name, std::optional<std::string> bundle,
+             ActivationPolicy policy = ActivationPolicy::regular, bool slow = false) {
+        desk.addApp({pid, name, std::move(bundle), policy, slow});
+    }
+    void window(const Window& w) { desk.addWindow(w, false, false); }
+    // A laptop panel and, to its right with tops aligned, the monitor windows move to.
+    std::vector<Display> laptopAndDesk() {
+        desk.addScreen({1, "Built-in", {0, 0, 1440, 900}, {0, 0, 1440, 875}, true});
+        desk.addScreen({2, "Desk", {1440, -540, 2560, 1440}, {1440, -540, 2560, 1415}});
+        return Displays::all(desk);
+    }
+    // Runs `fn` on a background thread, where it may block, and lets virtual
+    // time run until it is done; gives the virtual time it took.
+    template <typename F> int64_t blocking(F&& fn) {
+        bool done = false;
+        int64_t took = 0;
+        dispatch.background(QoS::userInitiated, [&] {
+            const auto start = dispatch.nowMicros();
+            fn();
+            took = dispatch.nowMicros() - start;
+            done = true;
+        });
+        dispatch.runUntil(dispatch.nowMicros() + SimDispatch::micros(600));
+        EXPECT_TRUE(done);
+        return took;
+    }
+};
+
+std::vector<std::string> described(const std::vector<AXWindow>& list) {
+    std::vector<std::string> out;
+    for (const auto& w : list)
+        out.push_back(std::to_string(w.app->pid) + " " + w.title + (w.fullscreen ? " fs" : ""));
+    return out;
+}
+
+const Rect laptopVisible{0, 25, 1440, 875};
+const Rect deskVisible{1440, 25, 2560, 1415};
+
+// Passes everything through, but one attribute of every window fails to read
+// or reads as another type, as a half-answering application does.
+class HalfAnswering : public WindowAccess {
+  public:
+    HalfAnswering(SimDesktop& inner, std::string attribute, bool mistype)
+        : in_(inner)
+        , attribute_(std::move(attribute))
+        , mistype_(mistype) {}
+    std::vector<AppRef> runningApplications() override { return in_.runningApplications(); }
+    std::optional<std::string> ownBundleIdentifier() override { return in_.ownBundleIdentifier(); }
+    std::optional<std::vector<WindowListEntry>> windowList() override { return in_.windowList(); }
+    AXElement createApplication(int32_t pid) override { return in_.createApplication(pid); }
+    AXError setMessagingTimeout(const AXElement& e, double s) override {
+        return in_.setMessagingTimeout(e, s);
+    }
+    AXError copyAttribute(const AXElement& e, const std::string& name, AXAttribute& v) override {
+        auto result = in_.copyAttribute(e, name, v);
+        if (name != attribute_) return result;
+        if (!mistype_) return axNoValue;
+        if (auto* value = std::get_if<AXValue>(&v))
+            value->type =
+                value->type == AXValueType::point ? AXValueType::size : AXValueType::point;
+        else if (std::holds_alternative<bool>(v))
+            v = std::string("1");
+        else
+            v = true;
+        return result;
+    }
+    AXError setAttribute(const AXElement& e, const std::string& n, const AXAttribute& v) override {
+        return in_.setAttribute(e, n, v);
+    }
+    bool lookupCreateWithRemoteToken() override { return in_.lookupCreateWithRemoteToken(); }
+    bool lookupGetWindow() override { return in_.lookupGetWindow(); }
+    AXElement createWithRemoteToken(const RemoteToken& t) override {
+        return in_.createWithRemoteToken(t);
+    }
+    AXError getWindow(const AXElement& e, uint32_t& n) override { return in_.getWindow(e, n); }
+
+  private:
+    SimDesktop& in_;
+    std::string attribute_;
+    bool mistype_;
+};
+
+} // namespace
+
+TEST(WindowMover, PlaceKeepSize) {
+    struct Case {
+        const char* what;
+        Rect window, source, dest, want; // `want` after rounding
+    };
+    const Rect L = laptopVisible, D = deskVisible, big{0, 0, 3000, 2000};
+    const std::vector<Case> cases{
+        {"worked example", {100, 125, 800, 600}, L, D, {1715, 321, 800, 601}},
+        {"flush top-left", {0, 25, 800, 600}, L, D, {1440, 25, 800, 600}},
+        {"flush bottom-right", {640, 300, 800, 600}, L, D, {3200, 840, 800, 600}},
+        {"sticking out: pulled inside", {1000, -300, 800, 600}, L, D, {3200, 25, 800, 600}},
+        {"larger than the destination", {500, 300, 2000, 1500}, big, L, L},
+        {"larger than both", {10, 35, 3000, 1600}, L, D, D},
+        {"as wide as its screen: room 1", {0.5, 25, 1440, 600}, L, D, {2000, 25, 1440, 600}},
+        {"half a point of room: 1", {0.25, 25, 1439.5, 600}, L, D, {1720, 25, 1440, 600}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(integral(WindowMover::place(c.window, c.source, c.dest, Placement::keepSize)),
+                  c.want)
+            << c.what;
+}
+
+TEST(WindowMover, PlaceScaleAndFill) {
+    auto expectNear = [](const Rect& got, const Rect& want, const char* what) {
+        EXPECT_NEAR(got.x, want.x, 1e-9) << what;
+        EXPECT_NEAR(got.y, want.y, 1e-9) << what;
+        EXPECT_NEAR(got.w, want.w, 1e-9) << what;
+        EXPECT_NEAR(got.h, want.h, 1e-9) << what;
+    };
+    const Rect w{100, 125, 800, 600};
+    expectNear(WindowMover::place(w, laptopVisible, deskVisible, Placement::scale),
+               {1617.7777777777778, 186.71428571428572, 1422.2222222222222, 970.2857142857143},
+               "widths by 2560/1440, heights by 1415/875");
+    expectNear(WindowMover::place({0, 25, 720, 875}, laptopVisible, deskVisible, Placement::scale),
+               {1440, 25, 1280, 1415}, "the left half stays the left half");
+    expectNear(WindowMover::place({-100, 900, 200, 200}, {0, 0, 1000, 1000}, {0, 0, 2000, 500},
+                                  Placement::scale),
+               {-200, 450, 400, 100}, "no clamping");
+    EXPECT_EQ(WindowMover::place(w, laptopVisible, deskVisible, Placement::fill), deskVisible);
+    EXPECT_EQ(WindowMover::place({5000, 5000, 1, 1}, deskVisible, laptopVisible, Placement::fill),
+              laptopVisible);
+}
+
+TEST(WindowMover, Summary) {
+    using R = WindowMover::MoveResult;
+    const std::string dot = " \u00b7 ";
+    EXPECT_EQ((R{1, 0, false}).summary("Desk"), "Moved 1 window to Desk");
+    EXPECT_EQ((R{0, 0, false}).summary("Desk"), "Moved 0 windows to Desk");
+    EXPECT_EQ((R{12, 0, false}).summary("Desk"), "Moved 12 windows to Desk");
+    EXPECT_EQ((R{2, 2, false}).summary("Desk"),
+              "Moved 2 windows to Desk" + dot + "2 couldn't go back to full screen");
+    EXPECT_EQ((R{0, 0, true}).summary("Desk"),
+              "Moved 0 windows to Desk" + dot + "stopped because the display was disconnected");
+    EXPECT_EQ((R{3, 1, true}).summary("Desk"), "Moved 3 windows to Desk" + dot +
+                                                   "1 couldn't go back to full screen" + dot +
+                                                   "stopped because the display was disconnected");
+}
+
+TEST(WindowMover, RemoteToken) {
+    const RemoteToken want{0xF5, 0x01, 0, 0, 0, 0, 0, 0, 0x6F, 0x63,
+                           0x6F, 0x63, 7, 0, 0, 0, 0, 0, 0,    0};
+    EXPECT_EQ(WindowMover::remoteToken(501, 7), want);
+    auto t = WindowMover::remoteToken(-2, 0x0102030405060708);
+    EXPECT_EQ(std::vector<uint8_t>(t.begin(), t.begin() + 8),
+              (std::vector<uint8_t>{0xFE, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0}));
+    EXPECT_EQ(std::vector<uint8_t>(t.begin() + 12, t.end()),
+              (std::vector<uint8_t>{8, 7, 6, 5, 4, 3, 2, 1}));
+}
+
+TEST(WindowMover, UnreadableAttributes) {
+    struct Case {
+        std::string attribute;
+        bool mistype;
+        std::vector<std::string> want;
+    };
+    const std::vector<Case> cases{
+        {"", false, {"10 Plain fs"}},
+        {"AXTitle", true, {"10  fs"}},
+        {"AXFullScreen", false, {"10 Plain"}},
+        {"AXFullScreen", true, {"10 Plain"}},
+        {"AXMinimized", false, {"10 Plain fs", "10 Min"}},
+        {"AXSubrole", true, {}},
+        {"AXPosition", true, {}},
+        {"AXSize", false, {}},
+    };
+    for (const auto& c : cases) {
+        World w;
+        w.app(10, "Notes", "com.example.notes");
+        w.window({.pid = 10, .title = "Plain", .frame = {0, 25, 800, 600}, .fullscreen = true});
+        w.window({.pid = 10, .title = "Min", .frame = {0, 25, 800, 600}, .minimized = true});
+        HalfAnswering access(w.desk, c.attribute, c.mistype);
+        WindowMover mover(access, w.desk, w.dispatch, w.prefs);
+        EXPECT_EQ(described(mover.windows()), c.want) << c.attribute << " mistyped " << c.mistype;
+    }
+}
+
+TEST(WindowMover, ASlowApplicationCostsHalfASecondPerRead) {
+    for (bool privateFunctions : {true, false}) {
+        World w;
+        w.desk.setPrivateFunctions(privateFunctions);
+        w.app(10, "Busy", "com.example.busy", ActivationPolicy::regular, true);
+        w.window({.pid = 10, .title = "One", .frame = {0, 25, 800, 600}});
+        w.window({.pid = 10, .title = "Two", .frame = {0, 25, 800, 600}});
+        w.app(11, "Notes", "com.example.notes");
+        w.window({.pid = 11, .title = "Doc", .frame = {0, 25, 800, 600}});
+        std::vector<AXWindow> list;
+        auto took = w.blocking([&] { list = w.mover.windows(); });
+        EXPECT_EQ(described(list), std::vector<std::string>{"11 Doc"});
+        // Scanning finds both elements and each fails its first read; without
+        // the scan only the application's window list is asked for, once.
+        EXPECT_EQ(took, SimDispatch::micros(privateFunctions ? 1.0 : 0.5));
+    }
+}
+
+TEST(WindowMover, SetFullscreenPollsUntilTheStateIsReached) {
+    World w;
+    w.app(10, "Player", "com.example.player");
+    const Rect f{0, 25, 800, 600};
+    w.window({.pid = 10, .title = "Quick", .frame = f, .fullscreen = true, .leave = 0});
+    w.window({.pid = 10, .title = "Later", .frame = f, .fullscreen = true, .leave = 0.35});
+    w.window({.pid = 10, .title = "Stuck", .frame = f, .fullscreen = true, .leave = std::nullopt});
+    const auto list = w.mover.windows();
+    ASSERT_EQ(list.size(), 3u);
+
+    struct Case {
+        size_t index;
+        bool want;
+        double seconds;
+    };
+    // Found at the first poll: 0.1 s, then 0.9 s for the animation. At the
+    // fourth: 0.4 + 0.9. Never: 50 polls of 0.1 s and nothing more.
+    for (auto c : std::vector<Case>{{0, true, 1.0}, {1, true, 1.3}, {2, false, 5.0}}) {
+        bool got = !c.want;
+        auto took = w.blocking([&] { got = w.mover.setFullscreen(list[c.index].el, false); });
+        EXPECT_EQ(got, c.want) << list[c.index].title;
+        EXPECT_EQ(took, SimDispatch::micros(c.seconds)) << list[c.index].title;
+    }
+}
+
+TEST(WindowMover, MoveAllStopsWhenTheDestinationGoes) {
+    World w;
+    auto displays = w.laptopAndDesk();
+    w.app(10, "Notes", "com.example.notes");
+    for (auto title : {"A", "B", "C"})
+        w.window({.pid = 10, .title = title, .frame = {100, 125, 800, 600}});
+    const auto list = w.mover.windows();
+
+    std::vector<int64_t> reported;
+    w.desk.unplug(2);
+    auto r = w.mover.moveAll(
+        displays[1], displays, Placement::keepSize, list,
+        [&](int64_t done, int64_t, const std::string&) { reported.push_back(done); });
+    EXPECT_TRUE(r.targetLost);
+    EXPECT_EQ(r.moved, 0);
+    EXPECT_TRUE(reported.empty());
+    // With nothing to move the destination is not even asked about.
+    r = w.mover.moveAll(displays[1], displays, Placement::fill, std::vector<AXWindow>{});
+    EXPECT_FALSE(r.targetLost || r.moved || r.leftWindowed);
+    EXPECT_EQ(w.transcript.text(), "");
+
+    // Unplugged while the first window is under way: that one is finished, no other is begun.
+    w.desk.addScreen({2, "Desk", {1440, -540, 2560, 1440}, {1440, -540, 2560, 1415}});
+    r = w.mover.moveAll(displays[1], displays, Placement::keepSize, list,
+                        [&](int64_t done, int64_t, const std::string&) {
+                            reported.push_back(done);
+                            w.desk.unplug(2);
+                        });
+    EXPECT_EQ(reported, std::vector<int64_t>{1});
+    EXPECT_EQ(r.summary("Desk"),
+              "Moved 1 window to Desk \u00b7 stopped because the display was disconnected");
+}
+
+TEST(WindowMover, MoveAllPlacesWindowsAndSkipsThoseAlreadyThere) {
+    for (auto placement : {Placement::keepSize, Placement::fill}) {
+        World w;
+        auto displays = w.laptopAndDesk();
+        w.app(10, "Mail", "com.example.mail");
+        w.window({.pid = 10, .title = "Inbox", .frame = {100, 125, 800, 600}});
+        w.app(11, "Notes", "com.example.notes");
+        w.window({.pid = 11, .title = "Lost", .frame = {-5000, -5000, 300, 300}});
+        w.app(12, "Safari", "com.example.safari");
+        w.window({.pid = 12, .title = "There", .frame = {1600, 100, 800, 600}});
+        w.app(13, "TV", "com.example.tv");
+        w.window(
+            {.pid = 13, .title = "Cinema", .frame = {1440, 0, 2560, 1440}, .fullscreen = true});
+
+        std::vector<std::string> reported;
+        WindowMover::MoveResult r;
+        w.blocking([&] {
+            r = w.mover.moveAll(displays[1], displays, placement, std::nullopt,
+                                [&](int64_t done, int64_t total, const std::string& app) {
+                                    reported.push_back(std::to_string(done) + "/" +
+                                                       std::to_string(total) + " " + app);
+                                });
+        });
+        const bool fill = placement == Placement::fill;
+        EXPECT_EQ(reported,
+                  (std::vector<std::string>{"1/4 Mail", "2/4 Notes", "3/4 Safari", "4/4 TV"}));
+        EXPECT_EQ(r.moved, fill ? 2 : 1);
+        EXPECT_FALSE(r.targetLost);
+        EXPECT_EQ(w.desk.findWindow(10, "Inbox")->frame,
+                  (fill ? deskVisible : Rect{1715, 321, 800, 601}));
+        EXPECT_EQ(w.desk.findWindow(11, "Lost")->frame, (Rect{-5000, -5000, 300, 300}));
+        EXPECT_EQ(w.desk.findWindow(12, "There")->frame,
+                  (fill ? deskVisible : Rect{1600, 100, 800, 600}));
+        EXPECT_EQ(w.transcript.text().find("\"Cinema\""), std::string::npos);
+    }
+}
