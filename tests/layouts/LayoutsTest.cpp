@@ -190,3 +190,28 @@ TEST(Layouts, RestoreWithoutAUsableEntry) {
         EXPECT_EQ(w.transcript.text().find("frame"), std::string::npos);
     }
 }
+
+// The periodic snapshot and the command can overlap. Here the snapshot that
+// started first is held up by an application that does not answer and
+// finishes last: it must not overwrite the newer snapshot, nor drop the
+// layout of another setup.
+TEST(Layouts, OverlappingSavesKeepTheNewestSnapshot) {
+    World w;
+    w.store({{"Other@1x1", {saved("com.example.notes", "Old", {1, 2, 3, 4})}}});
+    w.window(10, "Draft", {100, 100, 400, 300});
+    w.desk.addApp({12, "Frozen", "com.example.frozen", ActivationPolicy::regular, true});
+    w.window(12, "Busy", {200, 200, 400, 300});
+    w.window(12, "Stuck", {300, 300, 400, 300});
+
+    w.dispatch.background(QoS::utility, [&] { w.layouts.save(); });
+    w.dispatch.runUntil(SimDispatch::micros(0.2));
+    w.desk.moveByHand(*w.desk.findWindow(10, "Draft"), {1500, 100, 400, 300});
+    w.desk.quitApp(12);
+    w.dispatch.background(QoS::userInitiated, [&] { w.layouts.save(); });
+    w.dispatch.runUntil(SimDispatch::micros(5));
+
+    auto store = w.layouts.load();
+    ASSERT_EQ(store.count("Other@1x1"), 1u);
+    ASSERT_EQ(store[w.key].size(), 1u);
+    EXPECT_EQ(store[w.key][0].x, 1500);
+}
