@@ -1,5 +1,5 @@
 #include "layouts/Layouts.h"
-#include "platform/sim/SimDesktop.h"
+#include "platform/sim/SimWorld.h"
 #include "windows/WindowMover.h"
 
 #include <benchmark/benchmark.h>
@@ -13,16 +13,10 @@ namespace {
 
 // A desktop of `apps` applications with `perApp` windows each, on one screen.
 // Nothing here is slow, so no call sleeps and all of it can run on the calling thread.
-struct World {
-    SimDispatch d;
-    Transcript t{d};
-    SimDesktop desk{d, t};
-    Prefs prefs{desk, desk, desk};
-    WindowMover mover{desk, desk, d, prefs};
-    Layouts layouts{desk, desk, mover};
+struct World : SimWorld {
 
     World(int apps, int perApp, bool privateFunctions = true) {
-        d.setMainMayBlock(true);
+        dispatch.setMainMayBlock(true);
         desk.setPrivateFunctions(privateFunctions);
         SimDesktop::Screen screen;
         screen.id = 1;
@@ -143,7 +137,7 @@ void BM_Save(benchmark::State& state) {
     for (auto _ : state) {
         if (sim) {
             world->layouts.save();
-            if (world->t.text().size() > (64u << 20)) { // the transcript only grows
+            if (world->transcript.text().size() > (64u << 20)) { // the transcript only grows
                 state.PauseTiming();
                 world = std::make_unique<World>(10, 5);
                 world->store(store);

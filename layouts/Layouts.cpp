@@ -37,14 +37,14 @@ std::optional<std::string> Layouts::encode(const LayoutStore& store) {
                 return std::nullopt;
             list.push_back({{"bundle", w.bundle},
                             {"title", w.title},
-                            {"x", w.x},
-                            {"y", w.y},
-                            {"w", w.w},
-                            {"h", w.h}});
+                            {"x", jsonNumber(w.x)},
+                            {"y", jsonNumber(w.y)},
+                            {"w", jsonNumber(w.w)},
+                            {"h", jsonNumber(w.h)}});
         }
         doc[key] = std::move(list);
     }
-    return compactJson(doc);
+    return dumpCompact(doc);
 }
 
 std::optional<LayoutStore> Layouts::decode(const std::string& text) {

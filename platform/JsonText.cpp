@@ -13,17 +13,22 @@ std::string formatNumber(double v) {
     return std::string(buf, res.ptr);
 }
 
+nlohmann::json jsonNumber(double d) {
+    // 2^53: beyond it not every integer is a double, so keep the float form.
+    if (std::isfinite(d) && std::trunc(d) == d && std::fabs(d) < 9007199254740992.0)
+        return static_cast<int64_t>(d);
+    return d;
+}
+
+std::string dumpCompact(const nlohmann::json& v) {
+    return v.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
 namespace {
 
 nlohmann::json normalized(const nlohmann::json& v) {
     using json = nlohmann::json;
-    if (v.is_number_float()) {
-        double d = v.get<double>();
-        // 2^53: beyond it not every integer is a double, so keep the float form.
-        if (std::isfinite(d) && std::trunc(d) == d && std::fabs(d) < 9007199254740992.0)
-            return json(static_cast<int64_t>(d));
-        return v;
-    }
+    if (v.is_number_float()) return jsonNumber(v.get<double>());
     if (v.is_array()) {
         json out = json::array();
         for (const auto& e : v)
@@ -42,11 +47,11 @@ nlohmann::json normalized(const nlohmann::json& v) {
 } // namespace
 
 std::string compactJson(const nlohmann::json& v) {
-    return normalized(v).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    return dumpCompact(normalized(v));
 }
 
 std::string quoted(const std::string& s) {
-    return nlohmann::json(s).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    return dumpCompact(nlohmann::json(s));
 }
 
 } // namespace tarnwick

@@ -1,6 +1,6 @@
 #include "layouts/Layouts.h"
 
-#include "platform/sim/SimDesktop.h"
+#include "platform/sim/SimWorld.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +13,7 @@ using tarnwick::sim::Transcript;
 
 namespace {
 
-struct World {
-    SimDispatch dispatch;
-    Transcript transcript{dispatch};
-    SimDesktop desk{dispatch, transcript};
-    Prefs prefs{desk, desk, desk};
-    WindowMover mover{desk, desk, dispatch, prefs};
-    Layouts layouts{desk, desk, mover};
+struct World : tarnwick::sim::SimWorld {
     std::string key;
 
     World() {

@@ -1,6 +1,6 @@
 #include "windows/WindowMover.h"
 
-#include "platform/sim/SimDesktop.h"
+#include "platform/sim/SimWorld.h"
 
 #include <gtest/gtest.h>
 
@@ -12,13 +12,7 @@ using Window = SimDesktop::Window;
 
 namespace {
 
-struct World {
-    SimDispatch dispatch;
-    Transcript transcript{dispatch};
-    SimDesktop desk{dispatch, transcript};
-    Prefs prefs{desk, desk, desk};
-    WindowMover mover{desk, desk, dispatch, prefs};
-    ~World() { dispatch.shutdown(); }
+struct World : tarnwick::sim::SimWorld {
 
     void app(int32_t pid, const std::string& name, std::optional<std::string> bundle,
              ActivationPolicy policy = ActivationPolicy::regular, bool slow = false) {
