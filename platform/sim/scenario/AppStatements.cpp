@@ -174,6 +174,13 @@ Action dumpDefaults(Cursor& c, ParseState&) {
     };
 }
 
+// Pictures come with the views; until then there is nothing on screen to render.
+Action shot(Cursor& c, ParseState&) {
+    c.wordOrString("a picture name");
+    c.end();
+    return [](Runtime&) {};
+}
+
 } // namespace
 
 void registerAppStatements(Registry& r) {
@@ -186,6 +193,7 @@ void registerAppStatements(Registry& r) {
     r.add("dump displays", {dumpDisplays});
     r.add("dump prefs", {dumpPrefs, StatementKind::afterLaunch});
     r.add("dump defaults", {dumpDefaults});
+    r.add("shot", {shot});
 }
 
 } // namespace tarnwick::sim
