@@ -21,8 +21,6 @@ std::string plural(int64_t n, const std::string& one) {
 
 Controller::Controller(const Parts& parts)
     : parts_(parts)
-    , platform_(parts.platform)
-    , prefs_(parts.prefs)
     , wokeAt_(distantPast)
     , lastArrival_(distantPast) {}
 
@@ -33,9 +31,9 @@ std::shared_ptr<Controller> Controller::create(const Parts& parts) {
 }
 
 void Controller::start() {
-    displays_ = Displays::all(platform_.screens);
+    displays_ = Displays::all(parts_.platform.screens);
     // The key of an older layout format; nothing reads it any more.
-    platform_.defaults.remove("layouts");
+    parts_.platform.defaults.remove("layouts");
     known_ = Displays::byId(displays_);
 
     std::weak_ptr<Controller> weak = weak_from_this();
@@ -44,24 +42,25 @@ void Controller::start() {
             if (auto self = weak.lock()) body(*self);
         };
     };
-    auto& n = platform_.notifications;
+    auto& n = parts_.platform.notifications;
     n.observe(PlatformEvent::screenParameters, handler([](Controller& c) { c.screensChanged(); }));
     n.observe(PlatformEvent::willSleep, handler([](Controller& c) { c.asleep_ = true; }));
     n.observe(PlatformEvent::screensDidSleep, handler([](Controller& c) { c.asleep_ = true; }));
     auto wake = [](Controller& c) {
         c.asleep_ = false;
-        c.wokeAt_ = c.platform_.dispatch.now();
+        c.wokeAt_ = c.parts_.platform.dispatch.now();
         c.screensChanged();
     };
     n.observe(PlatformEvent::didWake, handler(wake));
     n.observe(PlatformEvent::screensDidWake, handler(wake));
-    platform_.dispatch.every(snapshotInterval, handler([](Controller& c) { c.autoSnapshot(); }));
+    parts_.platform.dispatch.every(snapshotInterval,
+                                   handler([](Controller& c) { c.autoSnapshot(); }));
 }
 
 void Controller::setStatus(const std::string& text) {
     willChange();
     status_ = text;
-    platform_.log.status(text);
+    parts_.platform.log.status(text);
 }
 
 void Controller::setDisplays(std::vector<Display> displays) {
@@ -70,20 +69,20 @@ void Controller::setDisplays(std::vector<Display> displays) {
 }
 
 void Controller::screensChanged() {
-    setDisplays(Displays::all(platform_.screens));
+    setDisplays(Displays::all(parts_.platform.screens));
     if (pending_) pending_->cancel();
     pending_.reset();
     if (asleep_) return; // the wake calls again
     // A display that wakes with the machine takes a while to report its final
     // geometry: wait until six seconds after the wake.
-    const double sinceWake = platform_.dispatch.now() - wokeAt_;
+    const double sinceWake = parts_.platform.dispatch.now() - wokeAt_;
     const double wait = std::max(wakeSettle - sinceWake, settleStep);
     auto self = shared_from_this();
-    pending_ = platform_.dispatch.after(wait, [self] { self->settle(); });
+    pending_ = parts_.platform.dispatch.after(wait, [self] { self->settle(); });
 }
 
 void Controller::settle() {
-    auto now = Displays::all(platform_.screens);
+    auto now = Displays::all(parts_.platform.screens);
     auto [added, removed] = Displays::diff(known_, now);
     known_ = Displays::byId(now);
     setDisplays(now);
@@ -96,15 +95,15 @@ void Controller::disconnected(const std::vector<Display>& removed,
     parts_.sound.play("disconnect");
     setStatus(removed.size() == 1 ? removed.front().name + " disconnected"
                                   : std::to_string(removed.size()) + " displays disconnected");
-    if (prefs_.announce())
+    if (parts_.prefs.announce())
         parts_.island.announce(removed, false, remaining);
     else
         parts_.island.close(false);
 }
 
 void Controller::connected(const std::vector<Display>& added) {
-    const double settle = std::max(prefs_.delay() - settleStep, 0.0);
-    const double now = platform_.dispatch.now();
+    const double settle = std::max(parts_.prefs.delay() - settleStep, 0.0);
+    const double now = parts_.platform.dispatch.now();
     const bool sameGroup = now - lastArrival_ < settle + groupWindow;
     std::vector<Display> group;
     if (sameGroup)
@@ -119,22 +118,22 @@ void Controller::connected(const std::vector<Display>& added) {
     setStatus(arrivals_.size() == 1 ? arrivals_.front().name + " connected"
                                     : std::to_string(arrivals_.size()) + " displays connected");
 
-    auto target = Displays::target(displays_, prefs_);
+    auto target = Displays::target(displays_, parts_.prefs);
     if (!target) return;
-    switch (prefs_.onConnect()) {
+    switch (parts_.prefs.onConnect()) {
     case OnConnect::nothing:
-        if (prefs_.announce()) parts_.island.announce(arrivals_, true, displays_);
+        if (parts_.prefs.announce()) parts_.island.announce(arrivals_, true, displays_);
         break;
     case OnConnect::moveAll: {
-        if (prefs_.announce()) parts_.island.announce(arrivals_, true, displays_);
+        if (parts_.prefs.announce()) parts_.island.announce(arrivals_, true, displays_);
         // One move per burst: a later connect of the group replaces this one.
         if (moveWork_) moveWork_->cancel();
         auto self = shared_from_this();
-        moveWork_ = platform_.dispatch.after(settle, [self] { self->moveEverything(); });
+        moveWork_ = parts_.platform.dispatch.after(settle, [self] { self->moveEverything(); });
         break;
     }
     case OnConnect::ask:
-        if (!platform_.trust.isProcessTrusted()) {
+        if (!parts_.platform.trust.isProcessTrusted()) {
             setStatus(permissionMissing);
             return;
         }
@@ -144,7 +143,7 @@ void Controller::connected(const std::vector<Display>& added) {
 }
 
 bool Controller::trusted(bool byHand) {
-    if (platform_.trust.isProcessTrusted()) return true;
+    if (parts_.platform.trust.isProcessTrusted()) return true;
     setStatus(permissionMissing);
     if (byHand) parts_.setupWindow.show(SetupStep::permission);
     return false;
@@ -154,30 +153,30 @@ void Controller::move(std::optional<std::vector<AXWindow>> windows, const Displa
                       const std::vector<Display>& all, MoveProgress progress, MoveDone done) {
     setStatus("Moving windows to " + target.name + "\u2026");
     auto self = shared_from_this();
-    platform_.dispatch.background(QoS::userInitiated, [self, windows = std::move(windows), target,
-                                                       all, progress = std::move(progress),
-                                                       done = std::move(done)] {
-        auto& dispatch = self->platform_.dispatch;
-        // Each report hops to the main thread on its own, in order, before the summary.
-        auto report = [self, progress](int64_t n, int64_t total, const std::string& app) {
-            self->platform_.dispatch.main([self, progress, n, total, app] {
-                self->setStatus("Moving " + std::to_string(n) + " of " + std::to_string(total) +
-                                ": " + app + "\u2026");
-                if (progress) progress(n, total, app);
+    parts_.platform.dispatch.background(
+        QoS::userInitiated, [self, windows = std::move(windows), target, all,
+                             progress = std::move(progress), done = std::move(done)] {
+            auto& dispatch = self->parts_.platform.dispatch;
+            // Each report hops to the main thread on its own, in order, before the summary.
+            auto report = [self, progress](int64_t n, int64_t total, const std::string& app) {
+                self->parts_.platform.dispatch.main([self, progress, n, total, app] {
+                    self->setStatus("Moving " + std::to_string(n) + " of " + std::to_string(total) +
+                                    ": " + app + "\u2026");
+                    if (progress) progress(n, total, app);
+                });
+            };
+            auto result = self->parts_.mover.moveAll(target, all, self->parts_.prefs.placement(),
+                                                     windows, report);
+            dispatch.main([self, result, target, done] {
+                self->setStatus(result.summary(target.name));
+                if (done) done(result);
             });
-        };
-        auto result =
-            self->parts_.mover.moveAll(target, all, self->prefs_.placement(), windows, report);
-        dispatch.main([self, result, target, done] {
-            self->setStatus(result.summary(target.name));
-            if (done) done(result);
         });
-    });
 }
 
 void Controller::moveAll(const Display& target) {
     if (!trusted(true)) return;
-    auto all = Displays::all(platform_.screens);
+    auto all = Displays::all(parts_.platform.screens);
     auto self = shared_from_this();
     move(std::nullopt, target, all, nullptr, [self, target](const WindowMover::MoveResult& r) {
         if (r.moved == 0 && r.leftWindowed == 0 && !r.targetLost)
@@ -187,22 +186,23 @@ void Controller::moveAll(const Display& target) {
 
 void Controller::moveEverything() {
     if (!trusted(false)) return;
-    auto all = Displays::all(platform_.screens);
-    auto target = Displays::target(all, prefs_);
+    auto all = Displays::all(parts_.platform.screens);
+    auto target = Displays::target(all, parts_.prefs);
     if (!target) return;
     setStatus(target->name + " connected \u00b7 moving windows\u2026");
     auto self = shared_from_this();
-    platform_.dispatch.background(QoS::userInitiated, [self, all, target = *target] {
+    parts_.platform.dispatch.background(QoS::userInitiated, [self, all, target = *target] {
         auto windows = self->parts_.mover.windows();
         int64_t restored = 0;
-        if (self->prefs_.rememberLayouts()) {
+        if (self->parts_.prefs.rememberLayouts()) {
             // The setup's saved arrangement first; only what it does not know moves.
             auto r = self->parts_.layouts.restore(windows);
             restored = r.restored;
             windows = std::move(r.unmatched);
         }
-        auto result = self->parts_.mover.moveAll(target, all, self->prefs_.placement(), windows);
-        self->platform_.dispatch.main([self, result, restored, name = target.name] {
+        auto result =
+            self->parts_.mover.moveAll(target, all, self->parts_.prefs.placement(), windows);
+        self->parts_.platform.dispatch.main([self, result, restored, name = target.name] {
             auto text = result.summary(name);
             if (restored >= 1) text += " \u00b7 restored " + std::to_string(restored);
             self->setStatus(text);
@@ -212,7 +212,7 @@ void Controller::moveEverything() {
 
 void Controller::chooseWindows() {
     if (!trusted(true)) return;
-    auto target = Displays::target(displays_, prefs_);
+    auto target = Displays::target(displays_, parts_.prefs);
     if (target && displays_.size() >= 2) parts_.island.choose(*target, {}, 0.0);
 }
 
@@ -220,9 +220,9 @@ void Controller::saveLayout() {
     if (!trusted(true)) return;
     const auto n = static_cast<int64_t>(displays_.size());
     auto self = shared_from_this();
-    platform_.dispatch.background(QoS::userInitiated, [self, n] {
+    parts_.platform.dispatch.background(QoS::userInitiated, [self, n] {
         self->parts_.layouts.save();
-        self->platform_.dispatch.main(
+        self->parts_.platform.dispatch.main(
             [self, n] { self->setStatus("Layout saved for " + plural(n, "display")); });
     });
 }
@@ -231,9 +231,9 @@ void Controller::restoreLayout() {
     if (!trusted(true)) return;
     const bool has = parts_.layouts.load().count(Displays::configKey(displays_)) > 0;
     auto self = shared_from_this();
-    platform_.dispatch.background(QoS::userInitiated, [self, has] {
+    parts_.platform.dispatch.background(QoS::userInitiated, [self, has] {
         auto r = self->parts_.layouts.restore(self->parts_.mover.windows());
-        self->platform_.dispatch.main([self, has, restored = r.restored] {
+        self->parts_.platform.dispatch.main([self, has, restored = r.restored] {
             self->setStatus(has ? "Restored " + plural(restored, "window")
                                 : "No saved layout for this display setup");
         });
@@ -244,7 +244,7 @@ void Controller::preview(bool connected) {
     std::vector<Display> external, builtin;
     for (const auto& d : displays_)
         (d.isBuiltin ? builtin : external).push_back(d);
-    auto target = Displays::target(displays_, prefs_);
+    auto target = Displays::target(displays_, parts_.prefs);
     if (!target || external.empty()) return;
     if (!connected) {
         parts_.sound.play("disconnect");
@@ -252,7 +252,7 @@ void Controller::preview(bool connected) {
         return;
     }
     parts_.sound.play("connect");
-    if (prefs_.onConnect() == OnConnect::ask && platform_.trust.isProcessTrusted())
+    if (parts_.prefs.onConnect() == OnConnect::ask && parts_.platform.trust.isProcessTrusted())
         parts_.island.choose(*target, external, 0.0);
     else
         parts_.island.announce(external, true, displays_);
@@ -260,10 +260,11 @@ void Controller::preview(bool connected) {
 
 void Controller::autoSnapshot() {
     // One display alone is never saved, so undocking keeps the docked arrangement.
-    if (!prefs_.rememberLayouts() || displays_.size() < 2 || !platform_.trust.isProcessTrusted())
+    if (!parts_.prefs.rememberLayouts() || displays_.size() < 2 ||
+        !parts_.platform.trust.isProcessTrusted())
         return;
     auto self = shared_from_this();
-    platform_.dispatch.background(QoS::utility, [self] { self->parts_.layouts.save(); });
+    parts_.platform.dispatch.background(QoS::utility, [self] { self->parts_.layouts.save(); });
 }
 
 } // namespace tarnwick

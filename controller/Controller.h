@@ -70,8 +70,6 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     void setDisplays(std::vector<Display> displays);
 
     Parts parts_;
-    Platform& platform_;
-    Prefs& prefs_;
 
     std::vector<Display> displays_;
     std::string status_ = "Ready";
