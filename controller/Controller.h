@@ -4,7 +4,7 @@
 #include "displays/Displays.h"
 #include "island/Island.h"
 #include "layouts/Layouts.h"
-#include "platform/Observable.h"
+#include "base/Observable.h"
 #include "platform/Platform.h"
 #include "prefs/Prefs.h"
 #include "setup/SetupWindow.h"

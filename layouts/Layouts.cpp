@@ -1,7 +1,7 @@
 #include "layouts/Layouts.h"
 
 #include "displays/Displays.h"
-#include "platform/JsonText.h"
+#include "base/JsonText.h"
 
 #include <openssl/evp.h>
 

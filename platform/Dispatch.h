@@ -28,8 +28,9 @@ class Dispatch {
     virtual void main(std::function<void()> fn) = 0;
     // Runs `fn` on the main thread after `seconds`, unless the handle is cancelled first.
     virtual WorkHandle after(double seconds, std::function<void()> fn) = 0;
-    // A repeating main-thread timer, for the life of the process.
-    virtual void every(double seconds, std::function<void()> fn) = 0;
+    // A repeating main-thread timer, first firing one interval from now; it
+    // stops for good once the handle is cancelled.
+    virtual WorkHandle every(double seconds, std::function<void()> fn) = 0;
     // Runs `fn` on a background thread.
     virtual void background(QoS qos, std::function<void()> fn) = 0;
     // Blocks the calling background thread.

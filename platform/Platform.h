@@ -3,12 +3,16 @@
 #include "platform/Audio.h"
 #include "platform/Defaults.h"
 #include "platform/Dispatch.h"
+#include "platform/Files.h"
 #include "platform/LoginItems.h"
 #include "platform/Notifications.h"
+#include "platform/Processes.h"
 #include "platform/Screens.h"
+#include "platform/Surfaces.h"
 #include "platform/SystemLog.h"
 #include "platform/Trust.h"
 #include "platform/WindowAccess.h"
+#include "platform/Workspace.h"
 
 namespace tarnwick {
 
@@ -23,6 +27,10 @@ struct Platform {
     Audio& audio;
     SystemLog& log;
     WindowAccess& windows;
+    Files& files;
+    Processes& processes;
+    Workspace& workspace;
+    Surfaces& surfaces;
 };
 
 } // namespace tarnwick

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Geometry.h"
+#include "base/Geometry.h"
 
 #include <cstdint>
 #include <optional>
@@ -21,6 +21,14 @@ struct ScreenInfo {
     std::optional<Rect> auxiliaryTopRight;
 };
 
+// How the texts name the computer itself and its own screen: the platform
+// knows whether that is a MacBook or some other laptop.
+struct BuiltinWords {
+    std::string screen = "MacBook screen"; // a destination, a pill label
+    std::string computer = "MacBook";      // a compact pill label
+    std::string yours = "your MacBook";    // "Windows are back on your MacBook"
+};
+
 class Screens {
   public:
     virtual ~Screens() = default;
@@ -29,6 +37,11 @@ class Screens {
     virtual bool isBuiltin(uint32_t displayId) = 0;
     // The identifiers of the active displays; nullopt when the query fails.
     virtual std::optional<std::vector<uint32_t>> activeDisplayList() = 0;
+    // Main thread only: where the pointer is (bottom-left coordinates), and
+    // the index in screens() of the screen the user works on, if any.
+    virtual Point mouseLocation() = 0;
+    virtual std::optional<size_t> mainScreen() = 0;
+    virtual BuiltinWords builtinWords() = 0;
 };
 
 } // namespace tarnwick

@@ -1,12 +1,23 @@
 #pragma once
 
+#include <cstdint>
+
 namespace tarnwick {
 
 // Whether the user approved this program to drive other applications' windows.
 class Trust {
   public:
     virtual ~Trust() = default;
+    // What the platform's approval record says; may say yes before the
+    // running process really benefits from it.
     virtual bool isProcessTrusted() = 0;
+    // Asks the accessibility interface something harmless (the focused
+    // application of the system-wide element) and returns its error code:
+    // axAPIDisabled while the interface still refuses this process.
+    virtual int32_t probe() = 0;
+    // Asks the platform to show its own approval prompt; the answer arrives
+    // later through isProcessTrusted().
+    virtual void requestWithPrompt() = 0;
 };
 
 } // namespace tarnwick

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Geometry.h"
+#include "base/Geometry.h"
 
 #include <array>
 #include <cstdint>
@@ -20,6 +20,7 @@ struct RunningApp {
     std::optional<std::string> bundleIdentifier;
     std::optional<std::string> localizedName;
     ActivationPolicy policy = ActivationPolicy::regular;
+    std::string icon; // a name the views can load; empty for none
 };
 using AppRef = std::shared_ptr<const RunningApp>;
 

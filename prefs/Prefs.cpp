@@ -1,6 +1,6 @@
 #include "prefs/Prefs.h"
 
-#include "platform/JsonText.h"
+#include "base/JsonText.h"
 
 #include <cstdlib>
 #include <strings.h>
@@ -151,12 +151,12 @@ std::vector<std::string> Prefs::excluded() const {
 
 template <typename T>
 void Prefs::put(T& field, const T& value, const char* key, DefaultsValue stored) {
-    willChange();
     {
         std::lock_guard lock(mutex_);
         field = value;
     }
     d_.set(key, stored);
+    didChange();
 }
 
 void Prefs::setOnConnect(OnConnect v) {
@@ -192,9 +192,9 @@ bool Prefs::launchAtLogin() const {
 }
 
 void Prefs::setLaunchAtLogin(bool v) {
-    willChange();
     auto error = v ? login_.registerApp() : login_.unregisterApp();
     if (error) log_.line("Launch at login failed: " + *error);
+    didChange();
 }
 
 } // namespace tarnwick

@@ -2,7 +2,7 @@
 
 #include "platform/Defaults.h"
 #include "platform/LoginItems.h"
-#include "platform/Observable.h"
+#include "base/Observable.h"
 #include "platform/SystemLog.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "platform/sim/SimDesktop.h"
 
-#include "platform/JsonText.h"
+#include "base/JsonText.h"
 
 #include <algorithm>
 

@@ -54,12 +54,15 @@ WorkHandle SimDispatch::after(double seconds, std::function<void()> fn) {
     return item;
 }
 
-void SimDispatch::every(double seconds, std::function<void()> fn) {
+WorkHandle SimDispatch::every(double seconds, std::function<void()> fn) {
+    auto item = std::make_shared<WorkItem>();
     std::lock_guard lock(mutex_);
     const int64_t interval = std::max<int64_t>(1, micros(seconds));
     Event e = event(now_ + interval, std::move(fn));
     e.repeat = interval;
+    e.item = item;
     postLocked(std::move(e));
+    return item;
 }
 
 void SimDispatch::background(QoS, std::function<void()> fn) {
@@ -146,7 +149,7 @@ SimDispatch::Run SimDispatch::runUntil(int64_t until, int64_t deadline) {
             e = queue_.top();
             queue_.pop();
             now_ = e.at;
-            if (e.repeat) {
+            if (e.repeat && !e.item->isCancelled()) {
                 Event next = e;
                 next.at += e.repeat;
                 postLocked(std::move(next));

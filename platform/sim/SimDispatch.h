@@ -29,7 +29,7 @@ class SimDispatch : public Dispatch {
 
     void main(std::function<void()> fn) override;
     WorkHandle after(double seconds, std::function<void()> fn) override;
-    void every(double seconds, std::function<void()> fn) override;
+    WorkHandle every(double seconds, std::function<void()> fn) override;
     void background(QoS qos, std::function<void()> fn) override;
     void sleep(double seconds) override;
     double now() override;

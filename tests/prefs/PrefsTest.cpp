@@ -71,9 +71,12 @@ TEST(Prefs, EveryChangeIsWrittenThroughAndReadBackNextLaunch) {
     {
         auto p = w.open();
         std::vector<Placement> seen;
-        p.observe([&] { seen.push_back(p.placement()); });
+        auto sub = p.observe([&] { seen.push_back(p.placement()); });
         p.setPlacement(Placement::fill);
-        EXPECT_EQ(seen, std::vector<Placement>{Placement::keepSize}); // told before the change
+        EXPECT_EQ(seen, std::vector<Placement>{Placement::fill}); // told after the change
+        sub.reset();
+        p.setPlacement(Placement::scale);
+        EXPECT_EQ(seen.size(), 1u); // an ended subscription hears nothing more
         p.setOnConnect(OnConnect::nothing);
         p.setDelay(10);
         p.setTargetDisplay("Desk");
@@ -98,7 +101,7 @@ TEST(Prefs, LaunchAtLoginAsksTheServiceAndLogsARefusal) {
     World w;
     auto p = w.open();
     int told = 0;
-    p.observe([&] { ++told; });
+    auto sub = p.observe([&] { ++told; });
 
     w.desk.failNextLogin("Operation not permitted");
     p.setLaunchAtLogin(true);

@@ -1,6 +1,6 @@
 // Statements of the user and the program: launching, waiting, preferences,
 // commands, and the checks and dumps of the coordinator's state.
-#include "platform/JsonText.h"
+#include "base/JsonText.h"
 #include "platform/sim/scenario/Scenario.h"
 
 namespace tarnwick::sim {

@@ -1,5 +1,5 @@
 // Statements about other applications and their windows.
-#include "platform/JsonText.h"
+#include "base/JsonText.h"
 #include "platform/sim/scenario/Scenario.h"
 
 namespace tarnwick::sim {

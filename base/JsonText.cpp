@@ -1,4 +1,4 @@
-#include "platform/JsonText.h"
+#include "base/JsonText.h"
 
 #include <charconv>
 #include <cmath>
