@@ -1,5 +1,5 @@
 #include "layouts/Layouts.h"
-#include "platform/sim/SimWorld.h"
+#include "platform/sim/SimEngine.h"
 #include "windows/WindowMover.h"
 
 #include <benchmark/benchmark.h>
@@ -13,7 +13,7 @@ namespace {
 
 // A desktop of `apps` applications with `perApp` windows each, on one screen.
 // Nothing here is slow, so no call sleeps and all of it can run on the calling thread.
-struct World : SimWorld {
+struct World : SimEngine {
 
     World(int apps, int perApp, bool privateFunctions = true) {
         dispatch.setMainMayBlock(true);

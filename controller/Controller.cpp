@@ -53,19 +53,19 @@ void Controller::start() {
     };
     n.observe(PlatformEvent::didWake, handler(wake));
     n.observe(PlatformEvent::screensDidWake, handler(wake));
-    parts_.platform.dispatch.every(snapshotInterval,
+    snapshotTimer_ = parts_.platform.dispatch.every(snapshotInterval,
                                    handler([](Controller& c) { c.autoSnapshot(); }));
 }
 
 void Controller::setStatus(const std::string& text) {
-    willChange();
     status_ = text;
     parts_.platform.log.status(text);
+    didChange();
 }
 
 void Controller::setDisplays(std::vector<Display> displays) {
-    willChange();
     displays_ = std::move(displays);
+    didChange();
 }
 
 void Controller::screensChanged() {

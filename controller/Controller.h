@@ -80,6 +80,7 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     std::vector<Display> arrivals_;
     double lastArrival_;
     WorkHandle moveWork_;
+    WorkHandle snapshotTimer_;
 };
 
 } // namespace tarnwick

@@ -1,6 +1,6 @@
 #include "layouts/Layouts.h"
 
-#include "platform/sim/SimWorld.h"
+#include "platform/sim/SimEngine.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using tarnwick::sim::Transcript;
 
 namespace {
 
-struct World : tarnwick::sim::SimWorld {
+struct World : tarnwick::sim::SimEngine {
     std::string key;
 
     World() {

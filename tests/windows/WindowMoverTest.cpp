@@ -1,6 +1,6 @@
 #include "windows/WindowMover.h"
 
-#include "platform/sim/SimWorld.h"
+#include "platform/sim/SimEngine.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ using Window = SimDesktop::Window;
 
 namespace {
 
-struct World : tarnwick::sim::SimWorld {
+struct World : tarnwick::sim::SimEngine {
 
     void app(int32_t pid, const std::string& name, std::optional<std::string> bundle,
              ActivationPolicy policy = ActivationPolicy::regular, bool slow = false) {

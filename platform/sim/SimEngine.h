@@ -8,14 +8,14 @@ namespace tarnwick::sim {
 
 // The window engine and layout memory on a simulated desktop, without the
 // coordinator around them: the ground of unit tests and benchmarks.
-struct SimWorld {
+struct SimEngine {
     SimDispatch dispatch;
     Transcript transcript{dispatch};
     SimDesktop desk{dispatch, transcript};
     Prefs prefs{desk, desk, desk};
     WindowMover mover{desk, desk, dispatch, prefs};
     Layouts layouts{desk, desk, mover};
-    ~SimWorld() { dispatch.shutdown(); }
+    ~SimEngine() { dispatch.shutdown(); }
 };
 
 } // namespace tarnwick::sim
