@@ -2,14 +2,19 @@
 
 #include "app/Sound.h"
 #include "controller/Controller.h"
+#include "controller/MoveRunner.h"
+#include "controller/Status.h"
 #include "island/Island.h"
 #include "layouts/Layouts.h"
 #include "platform/Platform.h"
 #include "prefs/Prefs.h"
+#include "settings/SettingsWindow.h"
+#include "setup/Setup.h"
 #include "setup/SetupWindow.h"
 #include "windows/WindowMover.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,26 +24,40 @@ namespace tarnwick {
 // and kept for the life of the process.
 class App {
   public:
-    App(Platform& platform, Island& island, SetupWindow& setupWindow);
+    // `args` are the command-line arguments, program path first.
+    App(Platform& platform, std::vector<std::string> args);
 
-    // The start-up sequence; `args` are the command-line arguments, program path first.
-    void didFinishLaunching(const std::vector<std::string>& args);
+    // The start-up sequence.
+    void didFinishLaunching();
 
     Platform& platform() { return platform_; }
+    const std::vector<std::string>& args() const { return args_; }
     Prefs& prefs() { return prefs_; }
-    Controller& controller() { return *controller_; }
+    Status& status() { return status_; }
+    Controller& controller();
     WindowMover& mover() { return mover_; }
     Layouts& layouts() { return layouts_; }
+    MoveRunner& runner() { return runner_; }
+    Island& island() { return island_; }
+    Setup& setup() { return setup_; }
+    SetupWindow& setupWindow() { return setupWindow_; }
+    // Made on first use, once the coordinator exists.
+    SettingsWindow& settingsWindow();
 
   private:
     Platform& platform_;
-    Island& island_;
-    SetupWindow& setupWindow_;
+    std::vector<std::string> args_;
     Prefs prefs_;
     Sound sound_;
     WindowMover mover_;
     Layouts layouts_;
+    Status status_;
+    MoveRunner runner_;
+    Island island_;
+    Setup setup_;
+    SetupWindow setupWindow_;
     std::shared_ptr<Controller> controller_;
+    std::optional<SettingsWindow> settingsWindow_;
 };
 
 } // namespace tarnwick

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 
 namespace tarnwick {
 

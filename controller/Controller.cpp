@@ -57,12 +57,6 @@ void Controller::start() {
                                    handler([](Controller& c) { c.autoSnapshot(); }));
 }
 
-void Controller::setStatus(const std::string& text) {
-    status_ = text;
-    parts_.platform.log.status(text);
-    didChange();
-}
-
 void Controller::setDisplays(std::vector<Display> displays) {
     displays_ = std::move(displays);
     didChange();
@@ -96,9 +90,9 @@ void Controller::disconnected(const std::vector<Display>& removed,
     setStatus(removed.size() == 1 ? removed.front().name + " disconnected"
                                   : std::to_string(removed.size()) + " displays disconnected");
     if (parts_.prefs.announce())
-        parts_.island.announce(removed, false, remaining);
+        parts_.island.announce(removed, Link::disconnected, remaining);
     else
-        parts_.island.close(false);
+        parts_.island.close(Closing::immediately);
 }
 
 void Controller::connected(const std::vector<Display>& added) {
@@ -122,10 +116,10 @@ void Controller::connected(const std::vector<Display>& added) {
     if (!target) return;
     switch (parts_.prefs.onConnect()) {
     case OnConnect::nothing:
-        if (parts_.prefs.announce()) parts_.island.announce(arrivals_, true, displays_);
+        if (parts_.prefs.announce()) parts_.island.announce(arrivals_, Link::connected, displays_);
         break;
     case OnConnect::moveAll: {
-        if (parts_.prefs.announce()) parts_.island.announce(arrivals_, true, displays_);
+        if (parts_.prefs.announce()) parts_.island.announce(arrivals_, Link::connected, displays_);
         // One move per burst: a later connect of the group replaces this one.
         if (moveWork_) moveWork_->cancel();
         auto self = shared_from_this();
@@ -145,42 +139,22 @@ void Controller::connected(const std::vector<Display>& added) {
 bool Controller::trusted(bool byHand) {
     if (parts_.platform.trust.isProcessTrusted()) return true;
     setStatus(permissionMissing);
-    if (byHand) parts_.setupWindow.show(SetupStep::permission);
+    if (byHand) parts_.setupWindow.show(SetupModel::Step::permission);
     return false;
-}
-
-void Controller::move(std::optional<std::vector<AXWindow>> windows, const Display& target,
-                      const std::vector<Display>& all, MoveProgress progress, MoveDone done) {
-    setStatus("Moving windows to " + target.name + "\u2026");
-    auto self = shared_from_this();
-    parts_.platform.dispatch.background(
-        QoS::userInitiated, [self, windows = std::move(windows), target, all,
-                             progress = std::move(progress), done = std::move(done)] {
-            auto& dispatch = self->parts_.platform.dispatch;
-            // Each report hops to the main thread on its own, in order, before the summary.
-            auto report = [self, progress](int64_t n, int64_t total, const std::string& app) {
-                self->parts_.platform.dispatch.main([self, progress, n, total, app] {
-                    self->setStatus("Moving " + std::to_string(n) + " of " + std::to_string(total) +
-                                    ": " + app + "\u2026");
-                    if (progress) progress(n, total, app);
-                });
-            };
-            auto result = self->parts_.mover.moveAll(target, all, self->parts_.prefs.placement(),
-                                                     windows, report);
-            dispatch.main([self, result, target, done] {
-                self->setStatus(result.summary(target.name));
-                if (done) done(result);
-            });
-        });
 }
 
 void Controller::moveAll(const Display& target) {
     if (!trusted(true)) return;
-    auto all = Displays::all(parts_.platform.screens);
     auto self = shared_from_this();
-    move(std::nullopt, target, all, nullptr, [self, target](const WindowMover::MoveResult& r) {
-        if (r.moved == 0 && r.leftWindowed == 0 && !r.targetLost)
-            self->setStatus("Nothing to move: every window is already on " + target.name);
+    parts_.runner.run({
+        .windows = std::nullopt,
+        .target = target,
+        .all = Displays::all(parts_.platform.screens),
+        .done =
+            [self, target](const WindowMover::MoveResult& r) {
+                if (r.moved == 0 && r.leftWindowed == 0 && !r.targetLost)
+                    self->setStatus("Nothing to move: every window is already on " + target.name);
+            },
     });
 }
 
@@ -189,24 +163,13 @@ void Controller::moveEverything() {
     auto all = Displays::all(parts_.platform.screens);
     auto target = Displays::target(all, parts_.prefs);
     if (!target) return;
-    setStatus(target->name + " connected \u00b7 moving windows\u2026");
-    auto self = shared_from_this();
-    parts_.platform.dispatch.background(QoS::userInitiated, [self, all, target = *target] {
-        auto windows = self->parts_.mover.windows();
-        int64_t restored = 0;
-        if (self->parts_.prefs.rememberLayouts()) {
-            // The setup's saved arrangement first; only what it does not know moves.
-            auto r = self->parts_.layouts.restore(windows);
-            restored = r.restored;
-            windows = std::move(r.unmatched);
-        }
-        auto result =
-            self->parts_.mover.moveAll(target, all, self->parts_.prefs.placement(), windows);
-        self->parts_.platform.dispatch.main([self, result, restored, name = target.name] {
-            auto text = result.summary(name);
-            if (restored >= 1) text += " \u00b7 restored " + std::to_string(restored);
-            self->setStatus(text);
-        });
+    parts_.runner.run({
+        .windows = std::nullopt,
+        .target = *target,
+        .all = all,
+        .layout = MoveRunner::LayoutFirst::whenRemembered,
+        .reporting = MoveRunner::Reporting::summaryOnly,
+        .startText = target->name + " connected \u00b7 moving windows\u2026",
     });
 }
 
@@ -248,14 +211,14 @@ void Controller::preview(bool connected) {
     if (!target || external.empty()) return;
     if (!connected) {
         parts_.sound.play("disconnect");
-        parts_.island.announce(external, false, builtin);
+        parts_.island.announce(external, Link::disconnected, builtin);
         return;
     }
     parts_.sound.play("connect");
     if (parts_.prefs.onConnect() == OnConnect::ask && parts_.platform.trust.isProcessTrusted())
         parts_.island.choose(*target, external, 0.0);
     else
-        parts_.island.announce(external, true, displays_);
+        parts_.island.announce(external, Link::connected, displays_);
 }
 
 void Controller::autoSnapshot() {

@@ -21,6 +21,7 @@ namespace tarnwick {
 // The coordinator: follows the connected displays, decides what a connect or
 // a disconnect does, runs the move and layout commands and publishes the
 // status line. Main thread only, but for the work it sends to the background.
+// Observers are told when the display list changes; the status has its own.
 class Controller : public Observable, public std::enable_shared_from_this<Controller> {
   public:
     struct Parts {
@@ -31,9 +32,9 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
         SetupWindow& setupWindow;
         WindowMover& mover;
         Layouts& layouts;
+        Status& status;
+        MoveRunner& runner;
     };
-    using MoveProgress = std::function<void(int64_t done, int64_t total, const std::string& app)>;
-    using MoveDone = std::function<void(const WindowMover::MoveResult&)>;
 
     static constexpr double snapshotInterval = 30.0;
 
@@ -42,19 +43,13 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     static std::shared_ptr<Controller> create(const Parts& parts);
 
     const std::vector<Display>& displays() const { return displays_; }
-    const std::string& status() const { return status_; }
-    // Also written by the island when the user starts a move from it.
-    void setStatus(const std::string& text);
+    const std::string& status() const { return parts_.status.text(); }
 
     void moveAll(const Display& target);
     void chooseWindows();
     void saveLayout();
     void restoreLayout();
     void preview(bool connected);
-    // The move runner, shared with the island's move buttons. `windows`
-    // absent means every window.
-    void move(std::optional<std::vector<AXWindow>> windows, const Display& target,
-              const std::vector<Display>& all, MoveProgress progress, MoveDone done);
 
   private:
     explicit Controller(const Parts& parts);
@@ -68,11 +63,11 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     // The Accessibility gate; hand-started commands also open the setup window.
     bool trusted(bool byHand);
     void setDisplays(std::vector<Display> displays);
+    void setStatus(const std::string& text) { parts_.status.set(text); }
 
     Parts parts_;
 
     std::vector<Display> displays_;
-    std::string status_ = "Ready";
     DisplayMap known_;
     WorkHandle pending_;
     bool asleep_ = false;

@@ -2,18 +2,6 @@
 
 namespace tarnwick {
 
-const char* rawValue(SetupStep step) {
-    switch (step) {
-    case SetupStep::move:
-        return "move";
-    case SetupStep::permission:
-        return "permission";
-    case SetupStep::login:
-        return "login";
-    case SetupStep::done:
-        return "done";
-    }
-    return "done";
-}
+void SetupWindow::show(SetupModel::Step) {}
 
 } // namespace tarnwick

@@ -1,16 +1,27 @@
 #pragma once
 
+#include "platform/Platform.h"
+#include "setup/Setup.h"
+#include "setup/SetupModel.h"
+
+#include <functional>
+#include <memory>
+
 namespace tarnwick {
 
-enum class SetupStep { move, permission, login, done };
-
-const char* rawValue(SetupStep step);
-
-// The first-run window.
+// The first-run window and the model behind it. TODO(setup).
 class SetupWindow {
   public:
-    virtual ~SetupWindow() = default;
-    virtual void show(SetupStep start) = 0;
+    SetupWindow(Platform& platform, Setup& setup, std::function<void()> showSettings)
+        : platform_(platform)
+        , setup_(setup)
+        , showSettings_(std::move(showSettings)) {}
+    void show(SetupModel::Step start);
+
+  private:
+    Platform& platform_;
+    Setup& setup_;
+    std::function<void()> showSettings_;
 };
 
 } // namespace tarnwick

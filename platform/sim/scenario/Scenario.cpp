@@ -17,8 +17,8 @@ Runtime::~Runtime() {
 }
 
 void Runtime::launch(const std::vector<std::string>& args) {
-    app_ = std::make_unique<App>(platform_, island, setup);
-    app_->didFinishLaunching(args);
+    app_ = std::make_unique<App>(platform_, args);
+    app_->didFinishLaunching();
 }
 
 App& Runtime::app() {

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "controller/Status.h"
+#include "displays/Displays.h"
+#include "layouts/Layouts.h"
+#include "platform/Dispatch.h"
+#include "prefs/Prefs.h"
+#include "windows/WindowMover.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+// Runs one move of windows to a display: the listing and moving in the
+// background, every status text on the main thread, then the caller's
+// `done`. The coordinator's commands and the island's move buttons all come
+// through here.
+class MoveRunner {
+  public:
+    using Progress = std::function<void(int64_t index, int64_t count, const std::string& app)>;
+    using Done = std::function<void(const WindowMover::MoveResult&)>;
+
+    // Whether the setup's saved arrangement is put back before anything moves.
+    enum class LayoutFirst { skip, whenRemembered };
+    // Whether each window's turn is shown in the status line.
+    enum class Reporting { perWindow, summaryOnly };
+
+    struct Job {
+        // Absent: every window, listed in the background when the move starts.
+        std::optional<std::vector<AXWindow>> windows;
+        Display target;
+        std::vector<Display> all; // read on the main thread by the caller
+        LayoutFirst layout = LayoutFirst::skip;
+        Reporting reporting = Reporting::perWindow;
+        std::string startText; // empty: "Moving windows to NAME…"
+        Progress progress;     // on the main thread, after the status
+        Done done;             // on the main thread, after the summary status
+    };
+
+    MoveRunner(Dispatch& dispatch, Status& status, const Prefs& prefs, WindowMover& mover,
+               Layouts& layouts)
+        : state_(std::make_shared<State>(State{dispatch, status, prefs, mover, layouts})) {}
+
+    void run(Job job);
+
+  private:
+    struct State {
+        Dispatch& dispatch;
+        Status& status;
+        const Prefs& prefs;
+        WindowMover& mover;
+        Layouts& layouts;
+    };
+    // Shared with the work in flight, which may outlive a move's caller.
+    std::shared_ptr<State> state_;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,7 @@
+#include "settings/SettingsWindow.h"
+
+namespace tarnwick {
+
+void SettingsWindow::show() {}
+
+} // namespace tarnwick
