@@ -41,6 +41,9 @@ const Registry& statements() {
         registerWorldStatements(r);
         registerWindowStatements(r);
         registerAppStatements(r);
+        registerIslandStatements(r);
+        registerSetupStatements(r);
+        registerShellStatements(r);
         return r;
     }();
     return registry;

@@ -82,6 +82,9 @@ class Registry {
 void registerWorldStatements(Registry& r);
 void registerWindowStatements(Registry& r);
 void registerAppStatements(Registry& r);
+void registerIslandStatements(Registry& r);
+void registerSetupStatements(Registry& r);
+void registerShellStatements(Registry& r); // the menu, reopening, the settings window
 const Registry& statements();
 
 struct Statement {
