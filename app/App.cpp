@@ -1,7 +1,5 @@
 #include "app/App.h"
 
-#include <algorithm>
-
 namespace tarnwick {
 
 App::App(Platform& platform, std::vector<std::string> args)
@@ -20,35 +18,21 @@ App::App(Platform& platform, std::vector<std::string> args)
 Controller& App::controller() {
     // Whichever surface asks first creates the coordinator.
     if (!controller_)
-        controller_ = Controller::create({platform_, prefs_, sound_, island_, setupWindow_, mover_,
-                                          layouts_, status_, runner_});
+        controller_ = Controller::create(
+            {platform_, prefs_, sound_, island_, setupWindow_, mover_, layouts_, status_, runner_});
     return *controller_;
 }
 
 SettingsWindow& App::settingsWindow() {
-    if (!settingsWindow_) settingsWindow_.emplace(platform_, prefs_, controller(), setupWindow_);
+    if (!settingsWindow_)
+        settingsWindow_.emplace(
+            SettingsWindow::Parts{platform_, prefs_, controller(), status_, setupWindow_});
     return *settingsWindow_;
 }
 
-void App::didFinishLaunching() {
-    setup_.takeOverFromOtherCopies();
-    auto& ctl = controller();
-    if (auto step = setup_.needs()) {
-        setupWindow_.show(*step);
-        return;
-    }
-    auto has = [&](const char* s) {
-        return std::find(args_.begin() + (args_.empty() ? 0 : 1), args_.end(), s) != args_.end();
-    };
-    // The first switch present wins.
-    if (has("--settings"))
-        settingsWindow().show();
-    else if (has("--choose"))
-        ctl.chooseWindows();
-    else if (has("--preview-connect"))
-        ctl.preview(true);
-    else if (has("--preview-disconnect"))
-        ctl.preview(false);
+std::unique_ptr<MenuModel> App::makeMenu() {
+    return std::make_unique<MenuModel>(MenuModel::Parts{
+        controller(), status_, prefs_, platform_.processes, [this] { settingsWindow().show(); }});
 }
 
 } // namespace tarnwick

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/AppDelegate.h"
+#include "app/MenuModel.h"
 #include "app/Sound.h"
 #include "controller/Controller.h"
 #include "controller/MoveRunner.h"
@@ -28,7 +30,11 @@ class App {
     App(Platform& platform, std::vector<std::string> args);
 
     // The start-up sequence.
-    void didFinishLaunching();
+    void didFinishLaunching() { delegate_.applicationDidFinishLaunching(); }
+    // The user opened the program again while it runs.
+    bool shouldHandleReopen(bool hasVisibleWindows) {
+        return delegate_.applicationShouldHandleReopen(hasVisibleWindows);
+    }
 
     Platform& platform() { return platform_; }
     const std::vector<std::string>& args() const { return args_; }
@@ -43,6 +49,11 @@ class App {
     SetupWindow& setupWindow() { return setupWindow_; }
     // Made on first use, once the coordinator exists.
     SettingsWindow& settingsWindow();
+    // Null while nothing has asked for the settings window.
+    SettingsWindow* settingsWindowIfMade() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
+    // A menu-bar menu following the coordinator, the status and the
+    // preferences for as long as it lives.
+    std::unique_ptr<MenuModel> makeMenu();
 
   private:
     Platform& platform_;
@@ -58,6 +69,7 @@ class App {
     SetupWindow setupWindow_;
     std::shared_ptr<Controller> controller_;
     std::optional<SettingsWindow> settingsWindow_;
+    AppDelegate delegate_{*this};
 };
 
 } // namespace tarnwick

@@ -1,7 +1,44 @@
 #include "settings/SettingsWindow.h"
 
+#include <optional>
+
 namespace tarnwick {
 
-void SettingsWindow::show() {}
+namespace {
+
+// The screen the user is looking at: the one under the pointer, or else the
+// one the platform calls main.
+std::optional<ScreenInfo> screenUnderPointer(Screens& screens) {
+    const auto all = screens.screens();
+    const auto p = screens.mouseLocation();
+    for (const auto& s : all)
+        if (p.x >= s.frame.minX() && p.x <= s.frame.maxX() && p.y >= s.frame.minY() &&
+            p.y <= s.frame.maxY())
+            return s;
+    if (auto main = screens.mainScreen(); main && *main < all.size()) return all[*main];
+    return std::nullopt;
+}
+
+} // namespace
+
+void SettingsWindow::show() {
+    auto& surfaces = parts_.platform.surfaces;
+    if (!window_) {
+        view_ = std::make_shared<SettingsView>(parts_);
+        window_ = surfaces.makeWindow(WindowKind::settings, title, view_);
+        if (!window_) return;
+    }
+    // A window already on screen stays where the user put it.
+    if (!window_->visible()) {
+        if (auto screen = screenUnderPointer(parts_.platform.screens)) {
+            const auto& v = screen->visibleFrame;
+            const auto size = window_->size();
+            window_->moveTo(
+                {v.minX() + v.width() / 2 - size.w / 2, v.minY() + v.height() / 2 - size.h / 2});
+        }
+    }
+    surfaces.activate();
+    window_->makeKeyAndFront();
+}
 
 } // namespace tarnwick

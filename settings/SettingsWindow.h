@@ -1,29 +1,39 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "settings/SettingsView.h"
+
+#include <memory>
 
 namespace tarnwick {
 
 class Controller;
 class Prefs;
 class SetupWindow;
+class Status;
 
-// The settings window, made once and brought back by show(). TODO(settings).
+// The settings window. It is made on the first show() and kept for the life
+// of the process: closing only hides it, and the next show() brings back the
+// same window with the same view model. Main thread only.
 class SettingsWindow {
   public:
-    SettingsWindow(Platform& platform, Prefs& prefs, Controller& controller,
-                   SetupWindow& setupWindow)
-        : platform_(platform)
-        , prefs_(prefs)
-        , controller_(controller)
-        , setupWindow_(setupWindow) {}
+    using Parts = SettingsView::Parts;
+    static constexpr const char* title = "Tarnwick";
+
+    explicit SettingsWindow(Parts parts)
+        : parts_(parts) {}
+
+    // Shows the window, centred on the screen under the pointer unless it
+    // is already on screen, and brings it and this program to the front.
     void show();
+    bool visible() const { return window_ && window_->visible(); }
+    // Null until the first show().
+    const std::shared_ptr<SettingsView>& view() const { return view_; }
 
   private:
-    Platform& platform_;
-    Prefs& prefs_;
-    Controller& controller_;
-    SetupWindow& setupWindow_;
+    Parts parts_;
+    std::shared_ptr<SettingsView> view_;
+    std::unique_ptr<Window> window_;
 };
 
 } // namespace tarnwick
