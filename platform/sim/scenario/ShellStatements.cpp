@@ -2,6 +2,9 @@
 #include "base/JsonText.h"
 #include "platform/sim/scenario/Scenario.h"
 
+#include <algorithm>
+#include <set>
+
 namespace tarnwick::sim {
 
 namespace {
@@ -44,12 +47,16 @@ Action menuChoose(Cursor& c, ParseState&) {
     return [text, choice](Runtime& rt) {
         auto menu = rt.app().makeMenu();
         const auto& entries = menu->entries();
-        const auto kind = choice ? MenuEntry::Kind::picker : MenuEntry::Kind::button;
         auto what = std::string(choice ? "a menu picker " : "a menu item ") + quoted(text);
+        auto fits = [&](const MenuEntry& e) {
+            if (e.text != text) return false;
+            if (choice) return e.kind == MenuEntry::Kind::picker;
+            return e.kind == MenuEntry::Kind::button || e.kind == MenuEntry::Kind::text;
+        };
         bool hidden = false;
         for (size_t i = 0; i < entries.size(); ++i) {
             const auto& e = entries[i];
-            if (e.kind != kind || e.text != text) continue;
+            if (!fits(e)) continue;
             if (!e.visible) {
                 hidden = true;
                 continue;
@@ -61,6 +68,42 @@ Action menuChoose(Cursor& c, ParseState&) {
                               ", got none");
         }
         throw CheckFailed("expected " + what + ", got " + (hidden ? "a hidden one" : "none"));
+    };
+}
+
+// `expect menu "TEXT"`: an entry with that text is shown (a button, a line
+// of text, the picker's title); with "CHOICE", the picker shows it chosen;
+// with `absent`, no entry shows that text.
+Action expectMenu(Cursor& c, ParseState&) {
+    auto text = c.string("the menu item's text");
+    std::optional<std::string> choice;
+    bool absent = false;
+    if (!c.atEnd()) {
+        if (c.peekWord() == "absent") {
+            c.word("absent");
+            absent = true;
+        } else {
+            choice = c.string("the picker's choice");
+        }
+    }
+    c.end();
+    return [text, choice, absent](Runtime& rt) {
+        auto menu = rt.app().makeMenu();
+        const MenuEntry* found = nullptr;
+        for (const auto& e : menu->entries())
+            if (e.visible && e.kind != MenuEntry::Kind::separator && e.text == text) found = &e;
+        if (absent) {
+            if (found) throw CheckFailed("expected no menu item " + quoted(text) + ", got one");
+            return;
+        }
+        if (!found) throw CheckFailed("expected a menu item " + quoted(text) + ", got none");
+        if (!choice) return;
+        const auto got = found->kind == MenuEntry::Kind::picker
+                             ? quoted(found->choices.at(found->chosen))
+                             : std::string("no picker");
+        if (found->kind != MenuEntry::Kind::picker || found->choices.at(found->chosen) != *choice)
+            throw CheckFailed("expected menu " + quoted(text) + " " + quoted(*choice) + ", got " +
+                              got);
     };
 }
 
@@ -141,7 +184,50 @@ Action settingsApp(Cursor& c, ParseState&) {
     };
 }
 
+std::vector<std::string> settingsTexts(const std::vector<FormSection>& form);
+
+// `expect settings "TEXT" [absent|enabled|disabled|on|off]`: the window
+// shows that text, or does not; a button with that text is enabled or
+// disabled; a toggle or an application row with that label is on or off.
+Action expectSettingsText(Cursor& c) {
+    auto text = c.string("a text of the settings window");
+    std::string state = c.atEnd() ? "" : c.word("absent, enabled, disabled, on or off");
+    static const std::set<std::string> states{"", "absent", "enabled", "disabled", "on", "off"};
+    if (!states.count(state))
+        throw ParseError("expected absent, enabled, disabled, on or off, found '" + state + "'");
+    c.end();
+    return [text, state](Runtime& rt) {
+        const auto form = requireSettings(rt).form();
+        const auto texts = settingsTexts(form);
+        const bool shown = std::find(texts.begin(), texts.end(), text) != texts.end();
+        const auto what = "settings " + quoted(text);
+        if (state == "absent") {
+            if (shown) throw CheckFailed("expected no " + what + ", got one");
+            return;
+        }
+        if (!shown) throw CheckFailed("expected " + what + ", got none");
+        if (state.empty()) return;
+        using K = FormItem::Kind;
+        for (const auto& section : form)
+            for (const auto& item : section.items) {
+                if (item.text != text) continue;
+                std::string got;
+                if (item.kind == K::button)
+                    got = item.enabled ? "enabled" : "disabled";
+                else if (item.kind == K::toggle || item.kind == K::app)
+                    got = item.on ? "on" : "off";
+                else
+                    continue;
+                if (got != state)
+                    throw CheckFailed("expected " + what + " " + state + ", got " + got);
+                return;
+            }
+        throw CheckFailed("expected " + what + " " + state + ", got no control");
+    };
+}
+
 Action expectSettings(Cursor& c, ParseState&) {
+    if (!c.atEnd() && c.peekWord().starts_with("\"")) return expectSettingsText(c);
     auto want = c.word("shown or hidden");
     if (want != "shown" && want != "hidden")
         throw ParseError("expected shown or hidden, found '" + want + "'");
@@ -153,9 +239,10 @@ Action expectSettings(Cursor& c, ParseState&) {
 }
 
 // Texts top to bottom, as a reader of the window meets them.
-void settingsTexts(Runtime& rt, const std::vector<FormSection>& form) {
+std::vector<std::string> settingsTexts(const std::vector<FormSection>& form) {
+    std::vector<std::string> out;
     auto text = [&](const std::string& t) {
-        if (!t.empty()) rt.transcript.line("settings", "text " + quoted(t));
+        if (!t.empty()) out.push_back(t);
     };
     using K = FormItem::Kind;
     for (const auto& section : form) {
@@ -177,6 +264,7 @@ void settingsTexts(Runtime& rt, const std::vector<FormSection>& form) {
         }
         text(section.footer);
     }
+    return out;
 }
 
 // What the texts leave out: states, symbols, tints, choices.
@@ -228,7 +316,8 @@ Action dumpSettings(Cursor& c, ParseState&) {
         auto* view = shownSettings(rt);
         if (!view) return rt.transcript.line("settings", "hidden");
         const auto form = view->form();
-        settingsTexts(rt, form);
+        for (const auto& text : settingsTexts(form))
+            rt.transcript.line("settings", "text " + quoted(text));
         settingsStates(rt, *view, form);
     };
 }
@@ -238,6 +327,7 @@ Action dumpSettings(Cursor& c, ParseState&) {
 void registerShellStatements(Registry& r) {
     r.add("reopen", {reopen, StatementKind::afterLaunch});
     r.add("menu", {menuChoose, StatementKind::afterLaunch});
+    r.add("expect menu", {expectMenu, StatementKind::afterLaunch});
     r.add("dump menu", {dumpMenu, StatementKind::afterLaunch});
     r.add("settings show", {settingsShow, StatementKind::afterLaunch});
     r.add("settings app", {settingsApp, StatementKind::afterLaunch});
