@@ -124,32 +124,34 @@ void Island::choose(const Display& target, const std::vector<Display>& connected
     std::weak_ptr<State> weak = state_;
     parts.platform.dispatch.after(settle, [weak, m, minimum, start] {
         if (!isCurrent(weak, m)) return;
-        auto s = weak.lock();
-        auto all = Displays::all(s->parts.platform.screens);
-        s->parts.platform.dispatch.background(
-            QoS::userInitiated, [weak, m, minimum, start, all = std::move(all)] {
-                auto s = weak.lock();
-                if (!s) return;
-                auto windows = s->parts.mover.windows();
-                auto& dispatch = s->parts.platform.dispatch;
-                const double wait = std::max(minimum - (dispatch.now() - start), 0.0);
-                s.reset();
-                dispatch.after(wait, [weak, m, all, windows = std::move(windows)]() mutable {
-                    if (!isCurrent(weak, m)) return;
-                    m->animated(spring(), [&] {
-                        // The same display, as it is now: its name or frame may have changed.
-                        auto now = std::find_if(all.begin(), all.end(), [&](const Display& d) {
-                            return d.id == m->target().id;
-                        });
-                        Display target = now != all.end() ? *now : m->target();
-                        m->setDisplays(std::move(all));
-                        m->setTarget(std::move(target));
-                        m->setWindows(std::move(windows));
-                        m->rebuild();
-                        m->setPhase(IslandModel::Choosing{});
+        auto& parts = weak.lock()->parts;
+        auto all = Displays::all(parts.platform.screens);
+        // The listing holds neither the presenter nor the model: it only
+        // reports back, and the main thread decides whether anyone still cares.
+        auto& dispatch = parts.platform.dispatch;
+        auto& mover = parts.mover;
+        std::weak_ptr<IslandModel> model = m;
+        dispatch.background(QoS::userInitiated, [weak, model, minimum, start, &dispatch, &mover,
+                                                 all = std::move(all)] {
+            auto windows = mover.windows();
+            const double wait = std::max(minimum - (dispatch.now() - start), 0.0);
+            dispatch.after(wait, [weak, model, all, windows = std::move(windows)]() mutable {
+                auto m = model.lock();
+                if (!m || !isCurrent(weak, m)) return;
+                m->animated(spring(), [&] {
+                    // The same display, as it is now: its name or frame may have changed.
+                    auto now = std::find_if(all.begin(), all.end(), [&](const Display& d) {
+                        return d.id == m->target().id;
                     });
+                    Display target = now != all.end() ? *now : m->target();
+                    m->setDisplays(std::move(all));
+                    m->setTarget(std::move(target));
+                    m->setWindows(std::move(windows));
+                    m->rebuild();
+                    m->setPhase(IslandModel::Choosing{});
                 });
             });
+        });
     });
 }
 
@@ -169,13 +171,18 @@ void Island::move(const std::shared_ptr<IslandModel>& m, Selection which) {
     auto& parts = state_->parts;
     const std::string name =
         target.isBuiltin ? parts.platform.screens.builtinWords().screen : target.name;
+    // The runner's work may outlive the island; its reports find out on the
+    // main thread whether the model is still around.
     std::weak_ptr<State> weak = state_;
+    std::weak_ptr<IslandModel> model = m;
     parts.runner.run({
         .windows = std::move(windows),
         .target = target,
         .all = Displays::all(parts.platform.screens),
         .progress =
-            [m](int64_t i, int64_t n, const std::string& app) {
+            [model](int64_t i, int64_t n, const std::string& app) {
+                auto m = model.lock();
+                if (!m) return;
                 const double fraction = n > 0 ? (static_cast<double>(i) - 0.5) / n : 0;
                 m->animated(Animation::easeOut(0.25), [&] {
                     m->setPhase(IslandModel::Moving{"Moving " + std::to_string(i) + " of " +
@@ -184,11 +191,12 @@ void Island::move(const std::shared_ptr<IslandModel>& m, Selection which) {
                 });
             },
         .done =
-            [weak, m, name](const WindowMover::MoveResult& r) {
+            [weak, model, name](const WindowMover::MoveResult& r) {
+                auto m = model.lock();
+                auto s = weak.lock();
+                if (!m || !s) return;
                 const bool ok = r.leftWindowed == 0 && !r.targetLost;
                 m->animated(spring(), [&] { m->setPhase(IslandModel::Done{r.summary(name), ok}); });
-                auto s = weak.lock();
-                if (!s) return;
                 s->parts.platform.dispatch.after(ok ? closeAfterDone : closeAfterFailure,
                                                  [weak, m] {
                                                      if (isCurrent(weak, m))
