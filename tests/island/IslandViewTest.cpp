@@ -99,56 +99,12 @@ TEST(IslandView, AnnouncesWhatCameAndWhereTheWindowsWent) {
     EXPECT_EQ(gone({}), "");
 }
 
-TEST(IslandView, TheListShowsSixRowsAndScrollsBeyondThem) {
+TEST(IslandView, TheListScrollsFromTheSeventhRow) {
     auto list = [](size_t n) { return chooser(n).view().chooser().list; };
-    EXPECT_EQ(list(3).height, 156);
-    EXPECT_FALSE(list(3).scrolls);
     EXPECT_EQ(list(6).height, 312);
     EXPECT_FALSE(list(6).scrolls);
-    EXPECT_EQ(list(9).height, 312);
-    EXPECT_TRUE(list(9).scrolls);
-    EXPECT_EQ(list(9).rows.size(), 9u);
-}
-
-TEST(IslandView, NothingToMoveDimsBothMoveButtonsAndHidesTheSelectButton) {
-    auto i = chooser(0);
-    i.m->setTarget(laptop);
-    i.m->rebuild();
-    auto c = i.view().chooser();
-    EXPECT_EQ(c.list.emptyText, "Everything is already on the MacBook screen");
-    EXPECT_EQ(c.list.height, 52);
-    EXPECT_EQ(c.header.selectOpacity, 0);
-    EXPECT_EQ(c.moveSelected.text, "Move selected (0)");
-    EXPECT_FALSE(c.moveSelected.enabled);
-    EXPECT_EQ(c.moveSelected.opacity, 0.4);
-    EXPECT_FALSE(c.moveAll.enabled);
-    EXPECT_EQ(c.moveAll.opacity, 0.4);
-    EXPECT_TRUE(c.notNow.enabled);
-    for (const auto& t : i.view().texts())
-        EXPECT_NE(t, c.header.selectLabel);
-}
-
-TEST(IslandView, TicksDriveTheSelectButtonAndTheMoveSelectedButton) {
-    auto i = chooser(2);
-    auto c = i.view().chooser();
-    EXPECT_EQ(c.header.selectLabel, "Select none");
-    EXPECT_EQ(c.moveSelected.text, "Move selected (2)");
-
-    IslandView::tap(*i.m, "2-0");
-    IslandView::tap(*i.m, "2-1");
-    c = i.view().chooser();
-    EXPECT_EQ(c.moveSelected.text, "Move selected (0)");
-    EXPECT_FALSE(c.moveSelected.enabled);
-    EXPECT_EQ(c.moveSelected.opacity, 0.4);
-    EXPECT_TRUE(c.moveAll.enabled);
-    EXPECT_EQ(c.header.selectLabel, "Select all");
-    EXPECT_EQ(i.m->animation(), Animation::easeOut(0.15));
-
-    IslandView::selectAllOrNone(*i.m);
-    EXPECT_EQ(i.m->selectedCount(), 2);
-    EXPECT_EQ(i.view().chooser().header.selectLabel, "Select none");
-    IslandView::selectAllOrNone(*i.m);
-    EXPECT_EQ(i.m->selectedCount(), 0);
+    EXPECT_EQ(list(7).height, 312);
+    EXPECT_TRUE(list(7).scrolls);
 }
 
 TEST(IslandView, TheChooserReadsTopToBottom) {
@@ -173,56 +129,12 @@ TEST(IslandView, TheChooserReadsTopToBottom) {
     EXPECT_EQ(manual.view().chooser().header.subtitle, "Choose what moves");
 }
 
-TEST(IslandView, LongDisplayNamesFallBackToCompactPillsAndThenToTheMenu) {
-    auto with = [](const std::string& a, const std::string& b) {
-        auto i = chooser(1, {laptop, {2, a, {1512, 0, 2560, 1440}}, {3, b, {4072, 0, 1920, 1080}}});
-        i.m->setTarget(i.m->displays()[1]);
-        return i.view().destination();
-    };
-    // "Move to" takes 46.2 of the 484 points, the gap 6 and three pills 42
-    // each and 12 between them, leaving 293.8 for the labels at 6.6 a character.
-    auto fits = with("Studio Display", "LG UltraFine 5K");
-    EXPECT_EQ(fits.control, IslandView::Control::pills);
-    EXPECT_EQ(fits.pills[0].label, "MacBook screen");
-    EXPECT_TRUE(fits.pills[1].selected);
-
-    auto compact = with("Studio Display Pro XDR", "LG UltraFine 5K");
-    EXPECT_EQ(compact.control, IslandView::Control::compactPills);
-    EXPECT_EQ(compact.pills[0].label, "MacBook");
-    EXPECT_EQ(compact.pills[0].symbol, "laptopcomputer");
-    // 19 characters fit in 130 points, the ellipsis among them.
-    EXPECT_EQ(compact.pills[1].label, "Studio Di\u2026y Pro XDR");
-    EXPECT_EQ(compact.pills[2].label, "LG UltraFine 5K");
-
-    auto menu = with("Conference Room Projector Left", "Conference Room Projector Right");
-    EXPECT_EQ(menu.control, IslandView::Control::menu);
-    EXPECT_TRUE(menu.pills.empty());
-    EXPECT_EQ(menu.menuLabel, "Conference Room Projector Left");
-    ASSERT_EQ(menu.entries.size(), 3u);
-    EXPECT_EQ(menu.entries[0].label, "MacBook screen");
-    EXPECT_EQ(menu.entries[0].symbol, "laptopcomputer");
-    EXPECT_EQ(menu.entries[1].symbol, "checkmark");
-}
-
 TEST(IslandView, CutsInTheMiddleWithoutSplittingACharacter) {
     auto width = [](const std::string& s) { return metric(s, 10, FontWeight::regular); };
     EXPECT_EQ(IslandView::cutMiddle("Short", 60, width), "Short");
     // Six characters of six points each: the ellipsis and five more.
     EXPECT_EQ(IslandView::cutMiddle("\u00c9cran du Caf\u00e9", 36, width), "\u00c9cr\u2026f\u00e9");
     EXPECT_EQ(IslandView::cutMiddle("Monitor", 3, width), "\u2026");
-}
-
-TEST(IslandView, ShowsProgressAndTheResult) {
-    auto moving = island(IslandModel::Moving{"Moving 1 of 4 \u00b7 Mail", 0.125});
-    EXPECT_EQ(moving.view().frame().width, 520);
-    auto c = std::get<IslandView::Moving>(*moving.view().content());
-    EXPECT_EQ(c.fraction, 0.125);
-
-    auto failed = island(IslandModel::Done{"Moved 1 window to Studio Display", false});
-    EXPECT_EQ(std::get<IslandView::Done>(*failed.view().content()).symbol,
-              "exclamationmark.triangle.fill");
-    EXPECT_EQ(island(IslandModel::Loading{}).view().texts(),
-              (std::vector<std::string>{"Finding windows\u2026"}));
 }
 
 TEST(NotchShape, TheBottomCornersShrinkToTheRoomLeftBelowTheEars) {
