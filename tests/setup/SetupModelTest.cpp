@@ -1,6 +1,5 @@
 #include "setup/SetupModel.h"
 
-#include "setup/Setup.h"
 #include "tests/setup/SetupWorld.h"
 
 #include <gtest/gtest.h>
@@ -8,25 +7,14 @@
 using namespace tarnwick;
 using tarnwick::setuptest::SetupWorld;
 using Step = SetupModel::Step;
-using Events = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 namespace {
 
-struct ModelWorld : SetupWorld {
-    Setup setup{setupPorts()};
-    std::shared_ptr<SetupModel> start(Step step) {
-        return SetupModel::create(modelPorts(), setup, step);
-    }
-};
+const std::string relaunchLine =
+    " exec /bin/sh -c \"sleep 1; /usr/bin/open \\\"$0\\\"\" /Applications/Tarnwick.app";
 
 } // namespace
-
-TEST(SetupModel, RawValuesOutsideTheStepsGiveNoStep) {
-    EXPECT_EQ(SetupModel::stepFromRaw(0), Step::move);
-    EXPECT_EQ(SetupModel::stepFromRaw(3), Step::done);
-    EXPECT_EQ(SetupModel::stepFromRaw(4), std::nullopt);
-    EXPECT_EQ(SetupModel::stepFromRaw(-1), std::nullopt);
-}
 
 TEST(SetupModel, AdvanceSkipsWhatIsNoLongerNeeded) {
     struct Case {
@@ -46,11 +34,11 @@ TEST(SetupModel, AdvanceSkipsWhatIsNoLongerNeeded) {
         {Step::done, false, false, false, Step::done},
     };
     for (const auto& c : cases) {
-        ModelWorld w;
-        w.trusted = c.trusted;
-        w.loginEnabled = c.loginEnabled;
-        if (c.askedLogin) w.user["setup.askedLogin"] = true;
-        auto m = w.start(c.from);
+        SetupWorld w;
+        w.desk.setTrusted(c.trusted);
+        w.desk.setLoginEnabled(c.loginEnabled);
+        if (c.askedLogin) w.desk.storeUserDefault("setup.askedLogin", true);
+        auto m = w.model(c.from);
         int told = 0;
         auto sub = m->observe([&] { ++told; });
         m->advance();
@@ -61,104 +49,82 @@ TEST(SetupModel, AdvanceSkipsWhatIsNoLongerNeeded) {
 }
 
 TEST(SetupModel, ApprovalInEffectAdvancesOnTheFirstPoll) {
-    ModelWorld w;
-    auto m = w.start(Step::permission);
-    w.runFor(0.999);
+    SetupWorld w;
+    auto m = w.model(Step::permission);
+    w.wait(0.999);
     EXPECT_EQ(m->step(), Step::permission);
-    w.runFor(0.001);
+    w.wait(0.001);
     EXPECT_EQ(m->step(), Step::login);
 }
 
 TEST(SetupModel, ARefusedApprovalRelaunchesAfterMoreThanThreeSeconds) {
-    ModelWorld w;
-    w.bundle = "/Users/me/Applications/Tarnwick.app";
-    w.probeAnswer = axAPIDisabled;
-    auto m = w.start(Step::permission);
-    w.runFor(1);
+    SetupWorld w;
+    w.desk.setProbeAnswers(false);
+    auto m = w.model(Step::permission);
+    w.wait(1);
     EXPECT_EQ(m->trustedSince(), 1.0);
-    w.runFor(3); // three seconds since it was first seen: still its grace
-    EXPECT_TRUE(w.events.empty());
-    EXPECT_EQ(m->trustedSince(), 1.0);
-    w.runFor(1);
-    EXPECT_EQ(w.events, (Events{"exec /bin/sh -c sleep 1; /usr/bin/open \"$0\" "
-                                "/Users/me/Applications/Tarnwick.app",
-                                "quit"}));
-    EXPECT_EQ(m->step(), Step::permission);
+    w.wait(3); // three seconds since it was first seen: still its grace
+    EXPECT_EQ(w.did(), Lines{});
+    w.wait(10);
+    EXPECT_EQ(w.did(), (Lines{"5.000" + relaunchLine, "5.000 quit"}));
 }
 
 TEST(SetupModel, WithdrawnTrustStartsTheGraceOver) {
-    ModelWorld w;
-    w.probeAnswer = axAPIDisabled;
-    auto m = w.start(Step::permission);
-    w.runFor(3);
-    w.trusted = false;
-    w.runFor(1);
+    SetupWorld w;
+    w.desk.setProbeAnswers(false);
+    auto m = w.model(Step::permission);
+    w.wait(3);
+    w.desk.setTrusted(false);
+    w.wait(1);
     EXPECT_FALSE(m->trusted());
     EXPECT_EQ(m->trustedSince(), std::nullopt);
-    w.trusted = true;
-    w.runFor(4); // seen again at 5: nothing before 8 has passed more than 3 s
+    w.desk.setTrusted(true);
+    w.wait(4); // seen again at 5: nothing before 8 is more than 3 s later
     EXPECT_EQ(m->trustedSince(), 5.0);
-    EXPECT_TRUE(w.events.empty());
-    // Any answer but the refusal counts, an error of another kind included.
-    w.probeAnswer = axCannotComplete;
-    w.runFor(1);
+    w.desk.setProbeAnswers(true);
+    w.wait(1);
     EXPECT_EQ(m->step(), Step::login);
-    EXPECT_TRUE(w.events.empty());
+    EXPECT_EQ(w.did(), Lines{});
 }
 
-TEST(SetupModel, OtherStepsNeitherProbeNorRelaunch) {
-    ModelWorld w;
-    w.probeAnswer = axAPIDisabled;
-    auto m = w.start(Step::login);
-    w.runFor(10);
-    EXPECT_EQ(w.probes, 0);
+TEST(SetupModel, OtherStepsWaitForNothing) {
+    SetupWorld w;
+    w.desk.setProbeAnswers(false);
+    auto m = w.model(Step::login);
+    w.wait(10);
     EXPECT_EQ(m->trustedSince(), std::nullopt);
-    EXPECT_TRUE(w.events.empty());
+    EXPECT_EQ(w.did(), Lines{});
 }
 
 TEST(SetupModel, RequestingPermissionPromptsAndOpensTheSettingsLater) {
-    ModelWorld w;
-    w.trusted = false;
-    auto m = w.start(Step::permission);
+    SetupWorld w;
+    w.desk.setTrusted(false);
+    auto m = w.model(Step::permission);
     m->requestPermission();
     EXPECT_TRUE(m->asked());
-    EXPECT_EQ(w.events, (Events{"exec /usr/bin/tccutil reset Accessibility app.tarnwick.Tarnwick "
-                                "(wait)",
-                                "prompt"}));
-    w.runFor(0.399);
-    EXPECT_EQ(w.events.size(), 2u);
-    w.runFor(0.001);
-    EXPECT_EQ(w.events.back(), "open settings:accessibility");
+    w.wait(0.399);
+    EXPECT_EQ(w.did(),
+              (Lines{"0.000 exec /usr/bin/tccutil reset Accessibility app.tarnwick.Tarnwick",
+                     "0.000 trust prompt"}));
+    w.wait(0.001);
+    EXPECT_EQ(w.did(), Lines{"0.400 open "
+                             "x-apple.systempreferences:com.apple.preference.security?Privacy_"
+                             "Accessibility"});
 }
 
 TEST(SetupModel, MoveRelaunchesTheCopyOrShowsWhyNot) {
-    ModelWorld w;
-    w.bundle = "/Users/me/Downloads/Tarnwick.app";
-    w.failNext["copy"] = "The volume is read-only.";
-    auto m = w.start(Step::move);
+    SetupWorld w;
+    w.desk.setBundlePath("/Users/me/Downloads/Tarnwick.app");
+    w.desk.failNext(sim::SimControl::Operation::copy, "The volume is read-only.");
+    auto m = w.model(Step::move);
     m->moveToApplications();
     EXPECT_EQ(m->step(), Step::move);
     EXPECT_EQ(m->error(), "Couldn't move it: The volume is read-only. Drag Tarnwick into "
                           "Applications yourself, then open it from there.");
-    w.events.clear();
+    w.did();
     m->moveToApplications();
-    EXPECT_EQ(w.events.back(), "quit");
-    EXPECT_EQ(w.events[w.events.size() - 2],
-              "exec /bin/sh -c sleep 1; /usr/bin/open \"$0\" /Applications/Tarnwick.app");
-}
-
-TEST(SetupModel, ReleasingTheModelStopsItsPoll) {
-    ModelWorld w;
-    w.probeAnswer = axAPIDisabled;
-    std::weak_ptr<SetupModel> weak;
-    {
-        auto m = w.start(Step::permission);
-        weak = m;
-        w.runFor(2);
-        EXPECT_EQ(w.probes, 2);
-    }
-    EXPECT_TRUE(weak.expired());
-    w.runFor(10);
-    EXPECT_EQ(w.probes, 2);
-    EXPECT_TRUE(w.events.empty());
+    auto did = w.did();
+    ASSERT_GE(did.size(), 2u);
+    EXPECT_EQ(did[did.size() - 2], "0.000" + relaunchLine);
+    EXPECT_EQ(did.back(), "0.000 quit");
 }

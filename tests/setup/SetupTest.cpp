@@ -7,16 +7,22 @@
 using namespace tarnwick;
 using tarnwick::setuptest::SetupWorld;
 using Step = SetupModel::Step;
-using Events = std::vector<std::string>;
+using Lines = std::vector<std::string>;
+using Op = sim::SimControl::Operation;
+
+namespace {
+
+const char* translocated = "/private/var/folders/x/AppTranslocation/ABC/d/Tarnwick.app";
+const char* downloaded = "/Users/me/Downloads/Tarnwick.app";
+
+} // namespace
 
 TEST(Setup, StandardizedPathsCompareOneSpellingOfALocation) {
     const std::pair<const char*, const char*> cases[] = {
-        {"/Applications/Tarnwick.app", "/Applications/Tarnwick.app"},
         {"/Applications//Tarnwick.app/", "/Applications/Tarnwick.app"},
         {"/Users/me/./Applications/x/../Tarnwick.app", "/Users/me/Applications/Tarnwick.app"},
         {"/../a/b/../../c", "/c"},
         {"a/../../b", "../b"},
-        {"/", "/"},
         {"//", "/"},
         {"", ""},
     };
@@ -25,25 +31,19 @@ TEST(Setup, StandardizedPathsCompareOneSpellingOfALocation) {
 }
 
 TEST(Setup, OnlyABundleInsideAnApplicationsFolderIsInstalled) {
-    const std::tuple<const char*, const char*, bool> cases[] = {
-        {"/Applications/Tarnwick.app", "/Users/me", true},
-        {"/Users/me/Applications/Tarnwick.app", "/Users/me", true},
-        {"/Users/me/Applications/Tarnwick.app", "/Users/me/", true},
-        {"/Applications Extra/Tarnwick.app", "/Users/me", false},
-        {"/Users/me/ApplicationsOld/Tarnwick.app", "/Users/me", false},
-        {"/Users/other/Applications/Tarnwick.app", "/Users/me", false},
-        {"/Users/me/Downloads/Tarnwick.app", "/Users/me", false},
-        // A translocated copy made from the system folder still is not installed.
-        {"/private/var/folders/x/AppTranslocation/ABC/d/Applications/Tarnwick.app", "/Users/me",
-         false},
-        {"/Applications/x/AppTranslocation/Tarnwick.app", "/Users/me", false},
+    const std::pair<const char*, bool> cases[] = {
+        {"/Applications/Tarnwick.app", true},
+        {"/Users/me/Applications/Tarnwick.app", true},
+        {"/Applications Extra/Tarnwick.app", false},
+        {"/Users/other/Applications/Tarnwick.app", false},
+        {downloaded, false},
+        // Made from a copy in the system folder, and still not installed.
+        {"/private/var/folders/x/AppTranslocation/ABC/d/Applications/Tarnwick.app", false},
     };
-    for (const auto& [bundle, home, want] : cases) {
+    for (const auto& [bundle, want] : cases) {
         SetupWorld w;
-        w.bundle = bundle;
-        w.home = home;
-        EXPECT_EQ(tarnwick::Setup(w.setupPorts()).isInApplications(), want)
-            << bundle << " home " << home;
+        w.desk.setBundlePath(bundle);
+        EXPECT_EQ(w.setup.isInApplications(), want) << bundle;
     }
 }
 
@@ -53,164 +53,125 @@ TEST(Setup, NeedsTheFirstStepStillOpenInOrder) {
         bool skipMove, trusted, askedLogin, loginEnabled;
         std::optional<Step> want;
     };
-    const char* outside = "/Users/me/Downloads/Tarnwick.app";
     const char* inside = "/Applications/Tarnwick.app";
     const Case cases[] = {
-        {outside, false, false, false, false, Step::move},
-        {outside, false, true, true, true, Step::move},
-        {outside, true, false, false, false, Step::permission},
+        {downloaded, false, false, false, false, Step::move},
+        {downloaded, false, true, true, true, Step::move},
+        {downloaded, true, false, false, false, Step::permission},
         {inside, false, false, true, true, Step::permission},
         {inside, false, true, false, false, Step::login},
         // Answered once, never asked again, even though nothing was registered.
         {inside, false, true, true, false, std::nullopt},
         {inside, false, true, false, true, std::nullopt},
-        {outside, true, true, true, false, std::nullopt},
     };
     for (const auto& c : cases) {
         SetupWorld w;
-        w.bundle = c.bundle;
-        w.trusted = c.trusted;
-        w.loginEnabled = c.loginEnabled;
-        if (c.skipMove) w.user["setup.skipMove"] = true;
-        if (c.askedLogin) w.user["setup.askedLogin"] = "YES"; // coerced as the store reads it
-        auto got = tarnwick::Setup(w.setupPorts()).needs();
-        EXPECT_EQ(got, c.want) << c.bundle << " skip " << c.skipMove << " trusted " << c.trusted
-                               << " asked " << c.askedLogin << " enabled " << c.loginEnabled;
+        w.desk.setBundlePath(c.bundle);
+        w.desk.setTrusted(c.trusted);
+        w.desk.setLoginEnabled(c.loginEnabled);
+        if (c.skipMove) w.desk.storeUserDefault("setup.skipMove", true);
+        if (c.askedLogin) w.desk.storeUserDefault("setup.askedLogin", "YES"); // read leniently
+        EXPECT_EQ(w.setup.needs(), c.want)
+            << c.bundle << " skip " << c.skipMove << " trusted " << c.trusted << " asked "
+            << c.askedLogin << " enabled " << c.loginEnabled;
     }
 }
 
-TEST(Setup, MoveCopiesClearsQuarantineAndTrashesTheLaunchedCopy) {
+TEST(Setup, MoveReplacesAnOlderCopyAndTrashesTheLaunchedOne) {
     SetupWorld w;
-    w.bundle = "/private/var/folders/x/AppTranslocation/ABC/d/Tarnwick.app";
-    w.original = "/Users/me/Downloads/Tarnwick.app";
-    auto moved = tarnwick::Setup(w.setupPorts()).moveToApplications();
-    EXPECT_EQ(moved.destination, "/Applications/Tarnwick.app");
-    EXPECT_EQ(w.events, (Events{
-                            "copy " + w.bundle + " /Applications/Tarnwick.app",
-                            "exec /usr/bin/xattr -dr com.apple.quarantine "
-                            "/Applications/Tarnwick.app (wait)",
-                            "trash /Users/me/Downloads/Tarnwick.app",
-                        }));
+    w.desk.setBundlePath(translocated);
+    w.desk.setOriginal(downloaded);
+    w.desk.addPath("/Applications/Tarnwick.app");
+    EXPECT_EQ(w.setup.moveToApplications().destination, "/Applications/Tarnwick.app");
+    EXPECT_EQ(w.did(), (Lines{
+                           "0.000 file trash \"/Applications/Tarnwick.app\"",
+                           "0.000 file copy \"" + std::string(translocated) +
+                               "\" \"/Applications/Tarnwick.app\"",
+                           "0.000 exec /usr/bin/xattr -dr com.apple.quarantine "
+                           "/Applications/Tarnwick.app",
+                           "0.000 file trash \"/Users/me/Downloads/Tarnwick.app\"",
+                       }));
 }
 
-TEST(Setup, MoveIntoTheUserFolderReplacingAnOlderCopy) {
+TEST(Setup, MoveGoesToTheUserFolderWhenTheSystemOneIsClosed) {
     SetupWorld w;
-    w.bundle = "/Users/me/Downloads/Tarnwick.app";
-    w.writable["/Applications"] = false;
-    w.present["/Users/me/Applications/Tarnwick.app"] = true;
-    auto moved = tarnwick::Setup(w.setupPorts()).moveToApplications();
-    EXPECT_EQ(moved.destination, "/Users/me/Applications/Tarnwick.app");
-    EXPECT_EQ(w.events, (Events{
-                            "mkdir /Users/me/Applications",
-                            "trash /Users/me/Applications/Tarnwick.app",
-                            "copy /Users/me/Downloads/Tarnwick.app "
-                            "/Users/me/Applications/Tarnwick.app",
-                            "exec /usr/bin/xattr -dr com.apple.quarantine "
-                            "/Users/me/Applications/Tarnwick.app (wait)",
-                            "trash /Users/me/Downloads/Tarnwick.app",
-                        }));
+    w.desk.setBundlePath(downloaded);
+    w.desk.setWritable("/Applications", false);
+    EXPECT_EQ(w.setup.moveToApplications().destination, "/Users/me/Applications/Tarnwick.app");
+    const auto did = w.did();
+    ASSERT_EQ(did.size(), 4u);
+    EXPECT_EQ(did[0], "0.000 file mkdir \"/Users/me/Applications\"");
+    EXPECT_EQ(did[3], "0.000 file trash \"/Users/me/Downloads/Tarnwick.app\"");
 }
 
-TEST(Setup, MoveLeavesTheCopyAloneWhenTheOriginalIsTheDestination) {
-    for (const char* original : {"/Applications/Tarnwick.app", "/Applications//./Tarnwick.app/"}) {
+TEST(Setup, MoveTrashesNothingWhenTheLaunchedCopyIsTheDestination) {
+    // The translocation lookup answers the destination itself, or cannot answer at all.
+    for (std::optional<std::string> original :
+         {std::optional<std::string>("/Applications//./Tarnwick.app/"),
+          std::optional<std::string>()}) {
         SetupWorld w;
-        w.bundle = "/private/var/folders/x/AppTranslocation/ABC/d/Tarnwick.app";
-        w.original = original;
-        EXPECT_TRUE(tarnwick::Setup(w.setupPorts()).moveToApplications().destination);
-        EXPECT_EQ(w.events.size(), 2u) << original; // the copy and the quarantine removal
+        w.desk.setBundlePath(translocated);
+        w.desk.world().original = original;
+        EXPECT_TRUE(w.setup.moveToApplications().destination);
+        EXPECT_EQ(w.did().size(), 2u) << original.value_or("none"); // copy, quarantine
     }
-    // A translocated copy whose origin cannot be told trashes nothing either.
-    SetupWorld w;
-    w.bundle = "/private/var/folders/x/AppTranslocation/ABC/d/Tarnwick.app";
-    EXPECT_TRUE(tarnwick::Setup(w.setupPorts()).moveToApplications().destination);
-    EXPECT_EQ(w.events.size(), 2u);
 }
 
-TEST(Setup, MoveStopsAtTheFirstFailureAndIgnoresALostOriginal) {
-    struct Case {
-        const char* op;
-        size_t eventsBeforeStop;
-    };
+TEST(Setup, MoveStopsAtTheFirstFailureButNotForTheLaunchedCopy) {
     // Not writable, an older copy present: mkdir, trash, copy, exec in that order.
-    for (const auto& c : {Case{"mkdir", 1}, Case{"trash", 2}, Case{"copy", 3}, Case{"exec", 4}}) {
+    const std::pair<Op, size_t> cases[] = {
+        {Op::mkdir, 1}, {Op::trash, 2}, {Op::copy, 3}, {Op::exec, 4}};
+    for (const auto& [op, linesBeforeStop] : cases) {
         SetupWorld w;
-        w.bundle = "/Users/me/Downloads/Tarnwick.app";
-        w.writable["/Applications"] = false;
-        w.present["/Users/me/Applications/Tarnwick.app"] = true;
-        w.failNext[c.op] = "The disk is full.";
-        auto moved = tarnwick::Setup(w.setupPorts()).moveToApplications();
-        EXPECT_FALSE(moved.destination) << c.op;
-        EXPECT_EQ(moved.failure, "The disk is full.") << c.op;
-        EXPECT_EQ(w.events.size(), c.eventsBeforeStop) << c.op;
+        w.desk.setBundlePath(downloaded);
+        w.desk.setWritable("/Applications", false);
+        w.desk.addPath("/Users/me/Applications/Tarnwick.app");
+        w.desk.failNext(op, "The disk is full.");
+        auto moved = w.setup.moveToApplications();
+        EXPECT_FALSE(moved.destination);
+        EXPECT_EQ(moved.failure, "The disk is full.");
+        EXPECT_EQ(w.did().size(), linesBeforeStop) << moved.failure;
     }
     SetupWorld w;
-    w.bundle = "/Users/me/Downloads/Tarnwick.app";
-    w.failNext["trash"] = "Locked.";
-    EXPECT_EQ(tarnwick::Setup(w.setupPorts()).moveToApplications().destination,
-              "/Applications/Tarnwick.app");
-}
-
-TEST(Setup, RelaunchAlwaysEndsTheProcess) {
-    for (bool shellFails : {false, true}) {
-        SetupWorld w;
-        if (shellFails) w.failNext["exec"] = "No shell.";
-        tarnwick::Setup(w.setupPorts()).relaunch("/Applications/Tarnwick.app");
-        EXPECT_EQ(w.events.back(), "quit");
-        EXPECT_EQ(w.events.front().rfind("exec /bin/sh -c sleep 1; /usr/bin/open \"$0\" "
-                                         "/Applications/Tarnwick.app",
-                                         0),
-                  0u);
-        EXPECT_EQ(w.events.front().find("(wait)"), std::string::npos);
-    }
+    w.desk.setBundlePath(downloaded);
+    w.desk.setWritable("/Users/me/Downloads", false); // the download cannot be trashed
+    EXPECT_EQ(w.setup.moveToApplications().destination, "/Applications/Tarnwick.app");
 }
 
 TEST(Setup, TakesOverOnlyFromOtherCopiesOfItself) {
     SetupWorld w;
-    w.addApp(500, "app.tarnwick.Tarnwick"); // this process
-    w.addApp(501, "app.tarnwick.Tarnwick");
-    w.addApp(502, "com.example.Other");
-    w.addApp(503, std::nullopt);
-    w.addApp(504, "app.tarnwick.Tarnwick");
-    tarnwick::Setup(w.setupPorts()).takeOverFromOtherCopies();
-    EXPECT_EQ(w.events, (Events{"terminate 501", "terminate 504"}));
-
-    // Without an identifier of our own nothing is ours to end.
-    w.events.clear();
-    w.bundleId.reset();
-    tarnwick::Setup(w.setupPorts()).takeOverFromOtherCopies();
-    EXPECT_TRUE(w.events.empty());
+    w.desk.addCopy(501);
+    w.desk.addApp({.pid = 502, .name = "Other", .bundle = "com.example.Other"});
+    w.desk.addApp({.pid = 503, .name = "Nameless"});
+    w.desk.addCopy(504);
+    w.setup.takeOverFromOtherCopies();
+    EXPECT_EQ(w.did(), (Lines{"0.000 terminate 501", "0.000 terminate 504"}));
 }
 
 TEST(Setup, LoginAnswerCountsEvenWhenTheServiceRefuses) {
     SetupWorld w;
-    tarnwick::Setup setup(w.setupPorts());
-    setup.setLogin(false); // nothing registered: unregistering is still an answer
-    EXPECT_EQ(w.user["setup.askedLogin"], true);
-    w.failNext["login"] = "Operation not permitted";
-    setup.setLogin(true);
-    EXPECT_EQ(
-        w.events,
-        (Events{"login unregister", "defaults setup.askedLogin true", "login register failed",
-                "log Launch at login: Operation not permitted", "defaults setup.askedLogin true"}));
-    EXPECT_EQ(setup.needs(), std::nullopt);
+    w.setup.setLogin(false); // nothing registered: still an answer
+    w.desk.failNextLogin("Operation not permitted");
+    w.setup.setLogin(true);
+    EXPECT_EQ(w.did(), (Lines{"0.000 defaults setup.askedLogin true",
+                              "0.000 log Launch at login: Operation not permitted",
+                              "0.000 defaults setup.askedLogin true"}));
+    EXPECT_EQ(w.setup.needs(), std::nullopt);
 }
 
 TEST(Setup, ResetsOnlyAnUntrustedApprovalOfItsOwnIdentifier) {
     SetupWorld w;
-    tarnwick::Setup setup(w.setupPorts());
-    setup.resetOwnPermission(); // trusted
-    w.trusted = false;
-    w.bundleId = "";
-    setup.resetOwnPermission();
-    w.bundleId.reset();
-    setup.resetOwnPermission();
-    EXPECT_TRUE(w.events.empty());
-    w.bundleId = "app.tarnwick.Tarnwick";
-    w.failNext["exec"] = "missing";
-    setup.resetOwnPermission(); // a failure is absorbed
-    setup.resetOwnPermission();
-    EXPECT_EQ(w.events, (Events{"exec /usr/bin/tccutil reset Accessibility app.tarnwick.Tarnwick "
-                                "(wait) failed",
-                                "exec /usr/bin/tccutil reset Accessibility app.tarnwick.Tarnwick "
-                                "(wait)"}));
+    w.setup.resetOwnPermission(); // trusted
+    w.desk.setTrusted(false);
+    w.desk.setOwnBundle(""); // the tool would forget every application's approval
+    w.setup.resetOwnPermission();
+    EXPECT_EQ(w.did(), Lines{});
+    w.desk.setOwnBundle("app.tarnwick.Tarnwick");
+    w.desk.failNext(Op::exec, "missing");
+    w.setup.resetOwnPermission();
+    w.setup.resetOwnPermission();
+    EXPECT_EQ(w.did(),
+              (Lines{"0.000 exec-failed /usr/bin/tccutil reset Accessibility app.tarnwick.Tarnwick "
+                     "\"missing\"",
+                     "0.000 exec /usr/bin/tccutil reset Accessibility app.tarnwick.Tarnwick"}));
 }
