@@ -19,11 +19,7 @@ struct SetupWorld {
     sim::SimDesktop desk{dispatch, transcript};
     Platform platform = desk.platform();
     Setup setup{platform};
-    bool settingsShown = false;
-    SetupWindow window{platform, setup, [this] {
-                           transcript.line("settings", "shown");
-                           settingsShown = true;
-                       }};
+    SetupWindow window{platform, setup, [this] { transcript.line("settings", "shown"); }};
     size_t seen = 0;
 
     SetupWorld() {
