@@ -132,7 +132,7 @@ void BM_Save(benchmark::State& state) {
     store[world->key()] = setupOf(10, 5, 0);
     world->store(store);
     PlainDefaults plain; // used alone, so `world` is never replaced under it
-    plain.values[Layouts::storeKey] = world->desk.object(Layouts::storeKey).value();
+    plain.values[Layouts::storeKey] = world->desk.userDefaults().at(Layouts::storeKey);
     Layouts plainLayouts(plain, world->desk, world->mover);
     for (auto _ : state) {
         if (sim) {

@@ -35,7 +35,7 @@ void SimDispatch::post(Event e) {
 }
 
 void SimDispatch::postLocked(Event e) {
-    if (stopping_) return;
+    if (stopping_ || stopped_) return;
     e.seq = seq_++;
     queue_.push(std::move(e));
 }
@@ -67,7 +67,7 @@ WorkHandle SimDispatch::every(double seconds, std::function<void()> fn) {
 
 void SimDispatch::background(QoS, std::function<void()> fn) {
     std::lock_guard lock(mutex_);
-    if (stopping_) return;
+    if (stopping_ || stopped_) return;
     threads_.push_back(std::make_unique<Thread>());
     Thread* t = threads_.back().get();
     t->fn = std::move(fn);
@@ -141,6 +141,7 @@ SimDispatch::Run SimDispatch::runUntil(int64_t until, int64_t deadline) {
         Event e;
         {
             std::lock_guard lock(mutex_);
+            if (stopped_) return Run::stopped;
             if (queue_.empty() || queue_.top().at > until) break;
             if (queue_.top().at > deadline) {
                 now_ = deadline;
@@ -167,8 +168,15 @@ SimDispatch::Run SimDispatch::runUntil(int64_t until, int64_t deadline) {
         }
     }
     std::lock_guard lock(mutex_);
+    if (stopped_) return Run::stopped;
     if (until > now_) now_ = until;
     return Run::done;
+}
+
+void SimDispatch::stop() {
+    std::lock_guard lock(mutex_);
+    stopped_ = true;
+    queue_ = {};
 }
 
 void SimDispatch::shutdown() {

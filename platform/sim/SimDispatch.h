@@ -40,11 +40,17 @@ class SimDispatch : public Dispatch {
     }
     static int64_t micros(double seconds);
 
-    enum class Run { done, runaway, deadline };
+    enum class Run { done, runaway, deadline, stopped };
     // Runs everything due up to and including `until`, then sets the clock
-    // there. Stops early when the clock would pass `deadline`, or when one
-    // instant holds an endless chain of work.
+    // there. Stops early when the clock would pass `deadline`, when one
+    // instant holds an endless chain of work, or when the program ends itself.
     Run runUntil(int64_t until, int64_t deadline = INT64_MAX);
+    // The program ended itself: the work under way finishes, nothing else runs.
+    void stop();
+    bool stopped() const {
+        std::lock_guard lock(mutex_);
+        return stopped_;
+    }
     // Ends every background thread still waiting; nothing runs afterwards.
     void shutdown();
     // Lets main-thread code block without time passing (for the runner's dumps).
@@ -85,6 +91,7 @@ class SimDispatch : public Dispatch {
     int64_t now_ = 0;
     uint64_t seq_ = 0;
     bool stopping_ = false;
+    bool stopped_ = false;
     bool mainMayBlock_ = false;
 };
 

@@ -10,10 +10,16 @@ namespace {
 Action launch(Cursor& c, ParseState& state) {
     if (state.launched) throw ParseError("the program is already launched");
     state.launched = true;
-    std::vector<std::string> args{"/Applications/Tarnwick.app/Contents/MacOS/Tarnwick"};
+    std::vector<std::string> given;
     while (!c.atEnd())
-        args.push_back(c.wordOrString("an argument"));
-    return [args](Runtime& rt) { rt.launch(args); };
+        given.push_back(c.wordOrString("an argument"));
+    return [given](Runtime& rt) {
+        // The program path first, inside the bundle wherever it lies now.
+        std::vector<std::string> args{rt.desktop.world().bundlePath + "/Contents/MacOS/" +
+                                      SimWorld::ownName};
+        args.insert(args.end(), given.begin(), given.end());
+        rt.launch(args);
+    };
 }
 
 // Assigns a field of the preferences as the settings window would.
@@ -125,23 +131,21 @@ Action expectDefaults(Cursor& c, ParseState&) {
     return [key, want](Runtime& rt) {
         const auto& user = rt.desktop.userDefaults();
         auto it = user.find(key);
-        auto got =
-            it == user.end() ? std::string("absent") : SimDesktop::formatDefaultsValue(it->second);
+        auto got = it == user.end() ? std::string("absent") : formatDefaultsValue(it->second);
         bool holds = want ? it != user.end() && it->second == *want : it == user.end();
         if (!holds)
             throw CheckFailed("expected defaults " + key + " " +
-                              (want ? SimDesktop::formatDefaultsValue(*want) : "absent") +
-                              ", got " + got);
+                              (want ? formatDefaultsValue(*want) : "absent") + ", got " + got);
     };
 }
 
 Action dumpDisplays(Cursor& c, ParseState&) {
     c.end();
     return [](Runtime& rt) {
-        for (const auto& d : rt.instant([&] { return Displays::all(rt.desktop); }))
+        for (const auto& d : rt.instant([&] { return Displays::all(rt.desktop.screens()); }))
             rt.transcript.line("display", std::to_string(d.id) + " " + quoted(d.name) + " " +
-                                              SimDesktop::rect(d.frame) +
-                                              " visible=" + SimDesktop::rect(d.visible) +
+                                              formatRect(d.frame) +
+                                              " visible=" + formatRect(d.visible) +
                                               (d.isBuiltin ? " builtin" : " external"));
     };
 }
@@ -170,7 +174,7 @@ Action dumpDefaults(Cursor& c, ParseState&) {
     c.end();
     return [](Runtime& rt) {
         for (const auto& [key, v] : rt.desktop.userDefaults())
-            rt.transcript.line("stored", key + " " + SimDesktop::formatDefaultsValue(v));
+            rt.transcript.line("stored", key + " " + formatDefaultsValue(v));
     };
 }
 

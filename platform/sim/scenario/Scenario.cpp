@@ -104,6 +104,7 @@ Outcome play(const std::string& file, const std::vector<Statement>& statements, 
             result = run(now + SimDispatch::micros(s.waitSeconds), now + day);
         else
             result = run(now, INT64_MAX);
+        if (result == SimDispatch::Run::stopped) return {0, {}};
         if (result == SimDispatch::Run::deadline)
             return {3, where(s) + "24 hours of virtual time passed without the wait ending"};
         if (result == SimDispatch::Run::runaway)
@@ -114,6 +115,7 @@ Outcome play(const std::string& file, const std::vector<Statement>& statements, 
         } catch (const CheckFailed& e) {
             return {1, where(s) + e.what()};
         }
+        if (rt.dispatch.stopped()) return {0, {}};
     }
     return {0, {}};
 }
@@ -138,6 +140,14 @@ bool yesNo(Cursor& c, const char* what) {
     if (w == "yes") return true;
     if (w == "no") return false;
     throw ParseError(std::string("expected yes or no for ") + what + ", found '" + w + "'");
+}
+
+int32_t processId(Cursor& c) {
+    auto v = c.integer("a process identifier");
+    if (v < INT32_MIN || v > INT32_MAX) throw ParseError("a process identifier is a 32-bit number");
+    if (v == SimWorld::ownPid)
+        throw ParseError("process identifier " + std::to_string(v) + " is this program's own");
+    return static_cast<int32_t>(v);
 }
 
 } // namespace tarnwick::sim

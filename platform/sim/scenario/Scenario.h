@@ -1,8 +1,11 @@
 #pragma once
 
 #include "app/App.h"
+#include "platform/sim/Recording.h"
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimDispatch.h"
+#include "platform/sim/SimScreens.h"
+#include "platform/sim/SimSurfaces.h"
 #include "platform/sim/Transcript.h"
 #include "platform/sim/scenario/Lexer.h"
 
@@ -102,11 +105,14 @@ struct Outcome {
     std::string error; // for standard error, without a trailing newline
 };
 
-// Plays a parsed scenario on `runtime`.
+// Plays a parsed scenario on `runtime`. When the program ends itself, play
+// stops there with exit 0: every check so far held.
 Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& runtime);
 
 // Shared helpers of the statement modules.
 PlatformEvent eventNamed(const std::string& name);
 bool yesNo(Cursor& c, const char* what);
+// Another process's identifier; this program's own is not one.
+int32_t processId(Cursor& c);
 
 } // namespace tarnwick::sim

@@ -6,17 +6,11 @@ namespace tarnwick::sim {
 
 namespace {
 
-int32_t pid(Cursor& c) {
-    auto v = c.integer("a process identifier");
-    if (v < INT32_MIN || v > INT32_MAX) throw ParseError("a process identifier is a 32-bit number");
-    return static_cast<int32_t>(v);
-}
-
 std::string ref(int32_t pid, const std::string& title) {
     return std::to_string(pid) + " " + quoted(title);
 }
 
-SimDesktop::Window& windowOf(Runtime& rt, int32_t pid, const std::string& title) {
+SimControl::Window& windowOf(Runtime& rt, int32_t pid, const std::string& title) {
     auto* w = rt.desktop.findWindow(pid, title);
     if (!w) throw CheckFailed("expected a window " + ref(pid, title) + ", got none");
     return *w;
@@ -30,8 +24,8 @@ std::optional<double> seconds(const std::string& text, const char* what) {
 }
 
 Action app(Cursor& c, ParseState&) {
-    SimDesktop::App a;
-    a.pid = pid(c);
+    SimControl::App a;
+    a.pid = processId(c);
     a.name = c.string("the application's name");
     auto o = c.options({"bundle", "policy"}, {"slow"});
     if (o.count("bundle")) a.bundle = o["bundle"];
@@ -51,8 +45,8 @@ Action app(Cursor& c, ParseState&) {
 }
 
 Action window(Cursor& c, ParseState&) {
-    SimDesktop::Window w;
-    w.pid = pid(c);
+    SimControl::Window w;
+    w.pid = processId(c);
     w.title = c.string("the window's title");
     w.frame = c.rect("the window's rectangle");
     auto o = c.options({"subrole", "element", "number", "layer", "listed", "enter", "leave"},
@@ -88,7 +82,7 @@ Action window(Cursor& c, ParseState&) {
 }
 
 Action move(Cursor& c, ParseState&) {
-    auto p = pid(c);
+    auto p = processId(c);
     auto title = c.string("the window's title");
     auto frame = c.rect("the new rectangle");
     c.end();
@@ -96,37 +90,37 @@ Action move(Cursor& c, ParseState&) {
 }
 
 Action close(Cursor& c, ParseState&) {
-    auto p = pid(c);
+    auto p = processId(c);
     auto title = c.string("the window's title");
     c.end();
     return [=](Runtime& rt) { rt.desktop.closeWindow(windowOf(rt, p, title)); };
 }
 
 Action quit(Cursor& c, ParseState&) {
-    auto p = pid(c);
+    auto p = processId(c);
     c.end();
     return [p](Runtime& rt) {
-        if (!rt.desktop.hasApp(p))
+        if (!rt.desktop.hasProcess(p))
             throw CheckFailed("expected an application " + std::to_string(p) + ", got none");
         rt.desktop.quitApp(p);
     };
 }
 
 Action expectFrame(Cursor& c, ParseState&) {
-    auto p = pid(c);
+    auto p = processId(c);
     auto title = c.string("the window's title");
     auto frame = c.rect("the expected rectangle");
     c.end();
     return [=](Runtime& rt) {
         auto& w = windowOf(rt, p, title);
         if (!(w.frame == frame))
-            throw CheckFailed("expected frame " + ref(p, title) + " " + SimDesktop::rect(frame) +
-                              ", got " + SimDesktop::rect(w.frame));
+            throw CheckFailed("expected frame " + ref(p, title) + " " + formatRect(frame) +
+                              ", got " + formatRect(w.frame));
     };
 }
 
 Action expectFullscreen(Cursor& c, ParseState&) {
-    auto p = pid(c);
+    auto p = processId(c);
     auto title = c.string("the window's title");
     bool on = yesNo(c, "full screen");
     c.end();
@@ -143,8 +137,7 @@ Action dumpWindows(Cursor& c, ParseState&) {
     return [](Runtime& rt) {
         auto windows = rt.instant([&] { return rt.app().mover().windows(); });
         for (const auto& w : windows)
-            rt.transcript.line("window", ref(w.app->pid, w.title) + " " +
-                                             SimDesktop::rect(w.frame) +
+            rt.transcript.line("window", ref(w.app->pid, w.title) + " " + formatRect(w.frame) +
                                              (w.fullscreen ? " fullscreen" : ""));
     };
 }
@@ -156,7 +149,7 @@ Action dumpLayouts(Cursor& c, ParseState&) {
             if (windows.empty()) rt.transcript.line("layout", quoted(key) + " empty");
             for (const auto& w : windows)
                 rt.transcript.line("layout", quoted(key) + " " + quoted(w.bundle) + " " + w.title +
-                                                 " " + SimDesktop::rect({w.x, w.y, w.w, w.h}));
+                                                 " " + formatRect({w.x, w.y, w.w, w.h}));
         }
     };
 }

@@ -1,5 +1,6 @@
 // Statements that describe the simulated world: screens, events, trust,
-// resources, the login-item service and the defaults database.
+// this program's bundle and the files around it, resources, the login-item
+// service and the defaults database.
 #include "platform/sim/scenario/Scenario.h"
 
 namespace tarnwick::sim {
@@ -19,8 +20,15 @@ Size size(const std::string& text) {
             Cursor::parseNumber(text.substr(comma + 1), "a height")};
 }
 
+Point point(const std::string& text) {
+    auto comma = text.find(',');
+    if (comma == std::string::npos) throw ParseError("expected X,Y, found '" + text + "'");
+    return {Cursor::parseNumber(text.substr(0, comma), "an x coordinate"),
+            Cursor::parseNumber(text.substr(comma + 1), "a y coordinate")};
+}
+
 Action screen(Cursor& c, ParseState&) {
-    SimDesktop::Screen s;
+    SimControl::Screen s;
     s.id = screenId(c);
     s.name = c.string("the screen's name");
     s.frame = c.rect("the screen's rectangle");
@@ -60,15 +68,23 @@ Action post(Cursor& c, ParseState&) {
 }
 
 Action mouse(Cursor& c, ParseState&) {
-    size(c.word("the pointer location")); // read by the island; nothing else looks at it
+    auto at = point(c.word("the pointer location"));
     c.end();
-    return [](Runtime&) {};
+    return [at](Runtime& rt) { rt.desktop.setMouse(at); };
 }
 
 Action trust(Cursor& c, ParseState&) {
     bool v = yesNo(c, "trust");
     c.end();
     return [v](Runtime& rt) { rt.desktop.setTrusted(v); };
+}
+
+Action probe(Cursor& c, ParseState&) {
+    auto answer = c.word("ok or refused");
+    c.end();
+    if (answer != "ok" && answer != "refused")
+        throw ParseError("expected ok or refused, found '" + answer + "'");
+    return [ok = answer == "ok"](Runtime& rt) { rt.desktop.setProbeAnswers(ok); };
 }
 
 Action privateFunctions(Cursor& c, ParseState&) {
@@ -83,17 +99,64 @@ Action self(Cursor& c, ParseState&) {
     return [id](Runtime& rt) { rt.desktop.setOwnBundle(id); };
 }
 
+Action copy(Cursor& c, ParseState&) {
+    auto pid = processId(c);
+    c.end();
+    return [pid](Runtime& rt) { rt.desktop.addCopy(pid); };
+}
+
+std::string path(Cursor& c, const char* what) {
+    auto p = c.wordOrString(what);
+    if (p.empty() || p.front() != '/') throw ParseError(std::string(what) + " must be absolute");
+    return p;
+}
+
+Action bundle(Cursor& c, ParseState&) {
+    auto p = path(c, "the bundle's path");
+    c.end();
+    return [p](Runtime& rt) { rt.desktop.setBundlePath(p); };
+}
+
+Action original(Cursor& c, ParseState&) {
+    std::optional<std::string> p;
+    if (c.peekWord() == "none")
+        c.word("none");
+    else
+        p = path(c, "the original path");
+    c.end();
+    return [p](Runtime& rt) { rt.desktop.setOriginal(p); };
+}
+
+Action home(Cursor& c, ParseState&) {
+    auto p = path(c, "the home directory");
+    c.end();
+    return [p](Runtime& rt) { rt.desktop.setHome(p); };
+}
+
+Action writable(Cursor& c, ParseState&) {
+    auto p = path(c, "a folder");
+    bool v = yesNo(c, "writable");
+    c.end();
+    return [p, v](Runtime& rt) { rt.desktop.setWritable(p, v); };
+}
+
+Action exists(Cursor& c, ParseState&) {
+    auto p = path(c, "a path");
+    c.end();
+    return [p](Runtime& rt) { rt.desktop.addPath(p); };
+}
+
 Action resource(Cursor& c, ParseState&) {
     auto name = c.wordOrString("a resource name");
     auto state = c.word("present, missing or broken");
     c.end();
-    SimDesktop::Resource r;
+    SimControl::Resource r;
     if (state == "present")
-        r = SimDesktop::Resource::present;
+        r = SimControl::Resource::present;
     else if (state == "missing")
-        r = SimDesktop::Resource::missing;
+        r = SimControl::Resource::missing;
     else if (state == "broken")
-        r = SimDesktop::Resource::broken;
+        r = SimControl::Resource::broken;
     else
         throw ParseError("expected present, missing or broken, found '" + state + "'");
     return [name, r](Runtime& rt) { rt.desktop.setResource(name, r); };
@@ -108,11 +171,19 @@ Action login(Cursor& c, ParseState&) {
 }
 
 Action fail(Cursor& c, ParseState&) {
-    auto op = c.word("an operation");
+    using Op = SimControl::Operation;
+    static const std::map<std::string, Op> operations{
+        {"mkdir", Op::mkdir}, {"trash", Op::trash}, {"copy", Op::copy},
+        {"exec", Op::exec},   {"login", Op::login},
+    };
+    auto name = c.word("an operation");
     auto error = c.string("the error text");
     c.end();
-    if (op != "login") throw ParseError("unknown operation to fail '" + op + "' (login)");
-    return [error](Runtime& rt) { rt.desktop.failNextLogin(error); };
+    auto it = operations.find(name);
+    if (it == operations.end())
+        throw ParseError("unknown operation to fail '" + name +
+                         "' (mkdir, trash, copy, exec, login)");
+    return [op = it->second, error](Runtime& rt) { rt.desktop.failNext(op, error); };
 }
 
 Action defaults(Cursor& c, ParseState&) {
@@ -136,8 +207,15 @@ void registerWorldStatements(Registry& r) {
     r.add("post", {post});
     r.add("mouse", {mouse});
     r.add("trust", {trust});
+    r.add("probe", {probe});
     r.add("private", {privateFunctions});
     r.add("self", {self});
+    r.add("copy", {copy});
+    r.add("bundle", {bundle});
+    r.add("original", {original});
+    r.add("home", {home});
+    r.add("writable", {writable});
+    r.add("exists", {exists});
     r.add("resource", {resource});
     r.add("login", {login});
     r.add("fail", {fail});

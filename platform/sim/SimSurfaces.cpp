@@ -1,0 +1,97 @@
+#include "platform/sim/SimSurfaces.h"
+
+#include <algorithm>
+
+namespace tarnwick::sim {
+
+// --- panel
+
+SimPanel::SimPanel(SimSurfaces& surfaces, const Rect& frame, std::shared_ptr<IslandModel> model)
+    : surfaces_(surfaces)
+    , frame_(frame)
+    , model_(std::move(model)) {
+    surfaces_.panels_.push_back(this);
+}
+
+SimPanel::~SimPanel() {
+    std::erase(surfaces_.panels_, this);
+}
+
+void SimPanel::orderFront() {
+    if (shown_) return;
+    shown_ = true;
+    surfaces_.w_.transcript.line("island", "panel " + formatRect(frame_));
+}
+
+void SimPanel::orderOut() {
+    if (!shown_) return;
+    shown_ = false;
+    surfaces_.w_.transcript.line("island", "panel out");
+}
+
+// --- window
+
+SimWindow::SimWindow(SimSurfaces& surfaces, WindowKind kind, std::string title,
+                     std::shared_ptr<Observable> model)
+    : surfaces_(surfaces)
+    , kind_(kind)
+    , title_(std::move(title))
+    , model_(std::move(model))
+    , size_(kind == WindowKind::settings ? SimSurfaces::settingsSize : SimSurfaces::setupSize) {
+    surfaces_.windows_.push_back(this);
+}
+
+SimWindow::~SimWindow() {
+    std::erase(surfaces_.windows_, this);
+}
+
+const char* SimWindow::name(WindowKind kind) {
+    return kind == WindowKind::settings ? "settings" : "setup";
+}
+
+void SimWindow::centre() {
+    const auto& screens = surfaces_.w_.screens;
+    if (screens.empty()) return;
+    const Rect& area = screens.front().visible; // the main screen
+    origin_ = {area.x + (area.w - size_.w) / 2, area.y + (area.h - size_.h) / 2};
+}
+
+void SimWindow::makeKeyAndFront() {
+    if (visible_) return;
+    visible_ = true;
+    surfaces_.w_.transcript.line("window", std::string(name(kind_)) + " shown");
+}
+
+void SimWindow::hide() {
+    if (!visible_) return;
+    visible_ = false;
+    surfaces_.w_.transcript.line("window", std::string(name(kind_)) + " hidden");
+}
+
+// --- surfaces
+
+std::unique_ptr<Panel> SimSurfaces::makePanel(const Rect& frame,
+                                              std::shared_ptr<IslandModel> model) {
+    return std::make_unique<SimPanel>(*this, frame, std::move(model));
+}
+
+std::unique_ptr<Window> SimSurfaces::makeWindow(WindowKind kind, const std::string& title,
+                                                std::shared_ptr<Observable> model) {
+    return std::make_unique<SimWindow>(*this, kind, title, std::move(model));
+}
+
+SimWindow* SimSurfaces::window(WindowKind kind) const {
+    auto it = std::find_if(windows_.rbegin(), windows_.rend(),
+                           [kind](SimWindow* w) { return w->kind() == kind; });
+    return it == windows_.rend() ? nullptr : *it;
+}
+
+double SimSurfaces::textWidth(const std::string& text, double pointSize, FontWeight) {
+    // Code points, not bytes: continuation bytes of UTF-8 do not count.
+    const auto codePoints = std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    });
+    return advance * pointSize * static_cast<double>(codePoints);
+}
+
+} // namespace tarnwick::sim

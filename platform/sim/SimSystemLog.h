@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/SystemLog.h"
+#include "platform/sim/SimWorld.h"
+
+namespace tarnwick::sim {
+
+class SimSystemLog : public SystemLog {
+  public:
+    explicit SimSystemLog(SimWorld& world)
+        : w_(world) {}
+
+    void status(const std::string& text) override { w_.transcript.line("status", text); }
+    void line(const std::string& text) override { w_.transcript.line("log", text); }
+
+  private:
+    SimWorld& w_;
+};
+
+} // namespace tarnwick::sim

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Trust.h"
+#include "platform/sim/SimWorld.h"
+
+namespace tarnwick::sim {
+
+// The approval record, and whether the accessibility interface follows it
+// yet: a scenario can leave it refusing a process it already trusts.
+class SimTrust : public Trust {
+  public:
+    explicit SimTrust(SimWorld& world)
+        : w_(world) {}
+
+    bool isProcessTrusted() override { return w_.trusted; }
+    int32_t probe() override { return w_.trusted && w_.probeAnswers ? axSuccess : axAPIDisabled; }
+    void requestWithPrompt() override { w_.transcript.line("trust", "prompt"); }
+
+  private:
+    SimWorld& w_;
+};
+
+} // namespace tarnwick::sim

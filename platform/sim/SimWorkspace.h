@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/sim/SimWorld.h"
+
+namespace tarnwick::sim {
+
+// This program's bundle and the applications the desktop knows of. Icons are
+// names: "app:BUNDLE" for a running application, "file:PATH" for a file.
+class SimWorkspace : public Workspace {
+  public:
+    static constexpr const char* shortVersion = "1.0";
+
+    explicit SimWorkspace(SimWorld& world)
+        : w_(world) {}
+
+    std::vector<AppRef> runningApplications() override { return w_.runningApps(); }
+    std::optional<std::string> applicationLocation(const std::string& bundleId) override;
+    std::string icon(const std::string& path) override { return "file:" + path; }
+    std::string bundlePath() override { return w_.bundlePath; }
+    std::optional<std::string> bundleIdentifier() override { return w_.self; }
+    std::optional<std::string> version() override { return shortVersion; }
+    std::optional<std::string> translocationOriginal(const std::string&) override {
+        return w_.original;
+    }
+    std::string accessibilitySettingsURL() override {
+        return "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
+    }
+
+  private:
+    SimWorld& w_;
+};
+
+} // namespace tarnwick::sim
