@@ -21,11 +21,13 @@ void SimPanel::orderFront() {
     if (shown_) return;
     shown_ = true;
     surfaces_.w_.transcript.line("island", "panel " + formatRect(frame_));
+    if (model_) recorder_.emplace(surfaces_.w_.transcript, model_);
 }
 
 void SimPanel::orderOut() {
     if (!shown_) return;
     shown_ = false;
+    recorder_.reset();
     surfaces_.w_.transcript.line("island", "panel out");
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/Surfaces.h"
+#include "platform/sim/IslandRecorder.h"
 #include "platform/sim/SimWorld.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +33,7 @@ class SimPanel : public Panel {
     Rect frame_;
     std::shared_ptr<IslandModel> model_;
     bool shown_ = false;
+    std::optional<IslandRecorder> recorder_; // while shown
 };
 
 // One of this program's own windows; not to be confused with the other
