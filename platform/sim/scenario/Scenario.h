@@ -34,7 +34,6 @@ class Runtime {
     SimDispatch dispatch;
     Transcript transcript;
     SimDesktop desktop;
-    RecordingIsland island;
     RecordingSetupWindow setup;
 
     void launch(const std::vector<std::string>& args);
