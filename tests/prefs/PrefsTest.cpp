@@ -75,7 +75,7 @@ TEST(Prefs, EveryChangeIsWrittenThroughAndReadBackNextLaunch) {
         p.setPlacement(Placement::fill);
         EXPECT_EQ(seen, std::vector<Placement>{Placement::fill}); // told after the change
         sub.reset();
-        p.setPlacement(Placement::scale);
+        p.setPlacement(Placement::fill);
         EXPECT_EQ(seen.size(), 1u); // an ended subscription hears nothing more
         p.setOnConnect(OnConnect::nothing);
         p.setDelay(10);
