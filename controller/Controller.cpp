@@ -53,8 +53,8 @@ void Controller::start() {
     };
     n.observe(PlatformEvent::didWake, handler(wake));
     n.observe(PlatformEvent::screensDidWake, handler(wake));
-    snapshotTimer_ = parts_.platform.dispatch.every(snapshotInterval,
-                                   handler([](Controller& c) { c.autoSnapshot(); }));
+    snapshotTimer_ = parts_.platform.dispatch.every(
+        snapshotInterval, handler([](Controller& c) { c.autoSnapshot(); }));
 }
 
 void Controller::setDisplays(std::vector<Display> displays) {

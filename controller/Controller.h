@@ -1,10 +1,10 @@
 #pragma once
 
 #include "app/Sound.h"
+#include "base/Observable.h"
 #include "displays/Displays.h"
 #include "island/Island.h"
 #include "layouts/Layouts.h"
-#include "base/Observable.h"
 #include "platform/Platform.h"
 #include "prefs/Prefs.h"
 #include "setup/SetupWindow.h"

@@ -1,7 +1,7 @@
 #include "layouts/Layouts.h"
 
-#include "displays/Displays.h"
 #include "base/JsonText.h"
+#include "displays/Displays.h"
 
 #include <openssl/evp.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Observable.h"
 #include "platform/Defaults.h"
 #include "platform/LoginItems.h"
-#include "base/Observable.h"
 #include "platform/SystemLog.h"
 
 #include <array>
