@@ -7,7 +7,6 @@ namespace tarnwick::sim {
 Runtime::Runtime(std::FILE* echo)
     : transcript(dispatch, echo)
     , desktop(dispatch, transcript)
-    , setup(transcript)
     , platform_(desktop.platform()) {}
 
 Runtime::~Runtime() {

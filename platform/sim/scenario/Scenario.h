@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/App.h"
-#include "platform/sim/Recording.h"
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimDispatch.h"
 #include "platform/sim/SimScreens.h"
@@ -34,7 +33,6 @@ class Runtime {
     SimDispatch dispatch;
     Transcript transcript;
     SimDesktop desktop;
-    RecordingSetupWindow setup;
 
     void launch(const std::vector<std::string>& args);
     bool launched() const { return app_ != nullptr; }
