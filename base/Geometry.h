@@ -51,6 +51,13 @@ inline Intersection intersect(const Rect& a, const Rect& b) {
     return {false, {x0, y0, x1 - x0, y1 - y0}};
 }
 
+// Whether the pointer at `p` is over `r`, both in bottom-left coordinates.
+// The bottom and right edges are outside, the top and left ones inside, so a
+// pointer on the seam between two screens is over exactly one of them.
+inline bool pointerIn(const Point& p, const Rect& r) {
+    return p.x >= r.minX() && p.x < r.maxX() && p.y > r.minY() && p.y <= r.maxY();
+}
+
 // The smallest rectangle with integral origin and size that contains `r`.
 inline Rect integral(const Rect& r) {
     double x0 = std::floor(r.minX()), y0 = std::floor(r.minY());

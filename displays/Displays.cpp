@@ -1,8 +1,10 @@
 #include "displays/Displays.h"
 
+#include "base/JsonText.h"
 #include "prefs/Prefs.h"
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
 
 namespace tarnwick::Displays {
@@ -121,6 +123,12 @@ DisplayMap byId(const std::vector<Display>& displays) {
     for (const auto& d : displays)
         m[d.id] = d;
     return m;
+}
+
+std::string sizeText(const Display& d) {
+    // Truncated, as a size in whole points reads; + 0.0 turns -0 into 0.
+    auto whole = [](double v) { return formatNumber(std::trunc(v) + 0.0); };
+    return whole(d.frame.width()) + " \u00d7 " + whole(d.frame.height());
 }
 
 } // namespace tarnwick::Displays

@@ -45,6 +45,8 @@ std::string configKey(const std::vector<Display>& displays);
 DisplayDiff diff(const DisplayMap& old, const std::vector<Display>& now);
 std::optional<Display> containing(const Rect& rect, const std::vector<Display>& displays);
 DisplayMap byId(const std::vector<Display>& displays);
+// The screen's size as the surfaces write it: whole points, "2560 × 1440".
+std::string sizeText(const Display& display);
 
 } // namespace Displays
 

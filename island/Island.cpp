@@ -4,16 +4,6 @@
 
 namespace tarnwick {
 
-namespace {
-
-// The mouse-in-rectangle test of a bottom-left space: the bottom edge is
-// outside, the top edge inside.
-bool mouseIn(const Point& p, const Rect& r) {
-    return p.x >= r.minX() && p.x < r.maxX() && p.y > r.minY() && p.y <= r.maxY();
-}
-
-} // namespace
-
 Island::Island(Parts parts)
     : state_(std::make_shared<State>(State{std::move(parts), nullptr, nullptr})) {}
 
@@ -44,7 +34,7 @@ std::optional<Island::Spot> Island::place() {
             first([&](const ScreenInfo& s) { return s.number && screens.isBuiltin(*s.number); });
     if (!screen) {
         const Point mouse = screens.mouseLocation();
-        screen = first([&](const ScreenInfo& s) { return mouseIn(mouse, s.frame); });
+        screen = first([&](const ScreenInfo& s) { return pointerIn(mouse, s.frame); });
     }
     if (!screen)
         if (auto main = screens.mainScreen(); main && *main < list.size()) screen = &list[*main];

@@ -87,10 +87,7 @@ std::optional<IslandView::Content> IslandView::content() const {
 std::string IslandView::announceDetail(bool connected) const {
     if (connected) {
         const auto& s = m_.subjects();
-        if (s.size() == 1) {
-            auto whole = [](double v) { return std::to_string(static_cast<long long>(v)); };
-            return whole(s.front().frame.width()) + " \u00d7 " + whole(s.front().frame.height());
-        }
+        if (s.size() == 1) return Displays::sizeText(s.front());
         std::string names;
         for (const auto& d : s)
             names += (names.empty() ? "" : " \u00b7 ") + d.name;

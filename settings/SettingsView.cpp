@@ -49,11 +49,6 @@ FormItem segmented(std::string text, Control control, const std::array<CaseInfo<
     return i;
 }
 
-// A whole number of points, whatever the platform handed over.
-std::string whole(double v) {
-    return formatNumber(std::trunc(v) + 0.0);
-}
-
 } // namespace
 
 SettingsView::SettingsView(Parts parts)
@@ -93,8 +88,7 @@ double SettingsView::snapDelay(double seconds) {
 }
 
 std::string SettingsView::caption(const Display& d) {
-    return whole(d.frame.width()) + " \u00d7 " + whole(d.frame.height()) + " \u00b7 " +
-           (d.isBuiltin ? "built-in" : "external");
+    return Displays::sizeText(d) + " \u00b7 " + (d.isBuiltin ? "built-in" : "external");
 }
 
 std::vector<std::string> SettingsView::targetChoices() const {

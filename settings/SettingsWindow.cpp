@@ -12,9 +12,7 @@ std::optional<ScreenInfo> screenUnderPointer(Screens& screens) {
     const auto all = screens.screens();
     const auto p = screens.mouseLocation();
     for (const auto& s : all)
-        if (p.x >= s.frame.minX() && p.x <= s.frame.maxX() && p.y >= s.frame.minY() &&
-            p.y <= s.frame.maxY())
-            return s;
+        if (pointerIn(p, s.frame)) return s;
     if (auto main = screens.mainScreen(); main && *main < all.size()) return all[*main];
     return std::nullopt;
 }

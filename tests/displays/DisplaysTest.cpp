@@ -174,3 +174,10 @@ TEST(Displays, Containing) {
     // The first display is only the starting point: it does not win with no overlap.
     EXPECT_EQ(Displays::containing({1500, 10, 10, 10}, both)->id, 2u);
 }
+
+// The island and the settings window show the same text for a display's size;
+// a size far beyond any integer type must still read, not overflow.
+TEST(Displays, SizeTextIsWholePoints) {
+    EXPECT_EQ(Displays::sizeText(disp(1, "A", {0, 0, 2560.9, 1440.2})), "2560 \u00d7 1440");
+    EXPECT_EQ(Displays::sizeText(disp(1, "A", {0, 0, -0.5, 1e20})), "0 \u00d7 1e+20");
+}
