@@ -1,0 +1,1 @@
+// CanberraAudio: not written yet

@@ -1,0 +1,1 @@
+// DesktopEntries: not written yet

@@ -1,0 +1,1 @@
+// LogSurfaces: not written yet

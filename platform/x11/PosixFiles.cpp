@@ -1,0 +1,1 @@
+// PosixFiles: not written yet

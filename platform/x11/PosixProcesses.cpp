@@ -1,0 +1,1 @@
+// PosixProcesses: not written yet

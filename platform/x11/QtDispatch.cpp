@@ -1,0 +1,1 @@
+// QtDispatch: not written yet

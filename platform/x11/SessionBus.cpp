@@ -1,0 +1,1 @@
+// SessionBus: not written yet

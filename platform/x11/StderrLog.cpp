@@ -1,0 +1,1 @@
+// StderrLog: not written yet

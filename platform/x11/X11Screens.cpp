@@ -1,0 +1,1 @@
+// X11Screens: not written yet

@@ -1,0 +1,1 @@
+// X11Trust: not written yet

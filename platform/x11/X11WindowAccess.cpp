@@ -1,0 +1,1 @@
+// X11WindowAccess: not written yet

@@ -1,0 +1,1 @@
+// XConnection: not written yet

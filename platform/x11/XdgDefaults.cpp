@@ -1,0 +1,1 @@
+// XdgDefaults: not written yet

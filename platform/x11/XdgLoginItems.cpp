@@ -1,0 +1,1 @@
+// XdgLoginItems: not written yet
