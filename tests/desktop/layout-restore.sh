@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# A layout saved while two monitors are connected comes back when the same
+# setup returns, for the windows on either monitor, and after the window
+# manager has pushed the windows of the lost monitor aside.
+source "$(dirname "$0")/lib.sh"
+
+desktop_start
+write_defaults onConnect='"moveAll"' placement='"keepSize"' delay=0 rememberLayouts=true
+plug DUMMY1 1920x1080 --right-of DUMMY0
+notes=$(window --title Notes --class notes,Notes --geometry 600x400+100+100)
+# Two windows of one application, told apart by their titles.
+read -r doc1 doc2 < <(window --title Doc --class doc,Doc --geometry 700x500+1600+150 --count 2 | xargs)
+wmctrl -i -r "$doc2" -e 0,2500,450,-1,-1
+read -r _ _ w h < <(frame_of "$doc2")
+expect_frame "$doc2" 2500 450 "$w" "$h"
+
+declare -A saved
+for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
+
+# The snapshot runs every 30 s; a program that honours the variable takes it
+# sooner.
+TARNWICK_SNAPSHOT_INTERVAL=1 tarnwick_start
+wait_until 35 grep -q '"layouts.v2"' "$(defaults_file)" ||
+    fail "no layout was saved within 35 s: $(cat "$(defaults_file)")"
+
+log_mark
+unplug DUMMY1
+wait_for_status "DUMMY1 disconnected" 3
+# Out of place on the panel too, so that the restore has to move it back.
+wmctrl -i -r "$notes" -e 0,700,400,-1,-1
+wait_until 2 test "$(frame_of "$notes" | cut -d' ' -f1,2)" = "700 400" ||
+    fail "Notes did not move out of place: $(frame_of "$notes")"
+sleep 1.5 # a snapshot now would take the one-monitor arrangement; it must not
+
+log_mark
+plug DUMMY1 1920x1080 --right-of DUMMY0
+wait_for_status "Moved " 10
+last_status | grep -q ' · restored 3$' || fail "status: $(last_status)"
+for id in $notes $doc1 $doc2; do
+    # shellcheck disable=SC2086
+    expect_frame "$id" ${saved[$id]} 1
+done
+
+expect_running
+tarnwick_stop
+echo ok
