@@ -1,1 +1,203 @@
-int main() { return 0; }
+// tarnwick: the program in a user's desktop session. With --platform x11 (the
+// default where DISPLAY is set) it runs on the X server; with --platform sim
+// it plays a scenario on the simulated desktop (the built-in demo unless a
+// file is named).
+#include "app/App.h"
+#include "platform/x11/CanberraAudio.h"
+#include "platform/x11/DesktopEntries.h"
+#include "platform/x11/LogSurfaces.h"
+#include "platform/x11/PosixFiles.h"
+#include "platform/x11/PosixProcesses.h"
+#include "platform/x11/QtDispatch.h"
+#include "platform/x11/SessionBus.h"
+#include "platform/x11/StderrLog.h"
+#include "platform/x11/X11Notifications.h"
+#include "platform/x11/X11Screens.h"
+#include "platform/x11/X11Trust.h"
+#include "platform/x11/X11WindowAccess.h"
+#include "platform/x11/X11Workspace.h"
+#include "platform/x11/XConnection.h"
+#include "platform/x11/XdgDefaults.h"
+#include "platform/x11/XdgLoginItems.h"
+
+#include <QGuiApplication>
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr const char* usageText =
+    R"(usage: tarnwick [--platform x11|sim] [SWITCH] [FILE.scn]
+
+Moves other applications' windows onto a display when it connects, and puts
+them back where they were when a display setup returns.
+
+  --platform x11   run on this X11 desktop (the default when DISPLAY is set)
+  --platform sim   play a scenario on the simulated desktop (the default
+                   without a display): FILE.scn, or the built-in demo
+  --settings       open the settings window at start
+  --choose         open the window chooser at start
+  --preview-connect, --preview-disconnect
+                   show the island's announcement once
+  --no-notch       treat every screen as having no camera housing
+  --help, --version
+)";
+
+int signalPipe[2] = {-1, -1};
+
+void onSignal(int) {
+    const char byte = 1;
+    (void)!::write(signalPipe[1], &byte, 1);
+}
+
+std::string executablePath(const char* argv0) {
+    std::error_code ec;
+    auto path = std::filesystem::read_symlink("/proc/self/exe", ec);
+    return ec ? std::string(argv0) : path.string();
+}
+
+// Sounds and the demo lie beside the build tree's binary or under the
+// installed prefix's share folder.
+std::vector<std::string> dataDirs(const std::string& executable, const std::string& sub) {
+    const auto dir = std::filesystem::path(executable).parent_path();
+    return {(dir / "../share/tarnwick" / sub).lexically_normal().string(),
+            std::string(TARNWICK_SOURCE_DIR) + "/" + sub};
+}
+
+int runSimulated(const std::string& executable, const std::vector<std::string>& files) {
+    const auto dir = std::filesystem::path(executable).parent_path();
+    std::vector<std::string> candidates = {(dir / "tarnwick-sim").string(),
+                                           (dir / "../libexec/tarnwick/tarnwick-sim").string()};
+    std::string scenario = files.empty() ? "" : files.front();
+    if (scenario.empty())
+        for (const auto& d : dataDirs(executable, "demo"))
+            if (std::filesystem::exists(d + "/plug-and-unplug.scn")) {
+                scenario = d + "/plug-and-unplug.scn";
+                break;
+            }
+    for (const auto& runner : candidates)
+        if (::access(runner.c_str(), X_OK) == 0) {
+            execl(runner.c_str(), runner.c_str(), scenario.c_str(), static_cast<char*>(nullptr));
+            break;
+        }
+    std::cerr << "tarnwick: the simulated desktop (tarnwick-sim) is not installed\n";
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace tarnwick;
+    using namespace tarnwick::x11;
+
+    std::vector<std::string> args(argv, argv + argc);
+    std::string platform;
+    std::vector<std::string> files;
+    for (size_t i = 1; i < args.size(); ++i) {
+        const auto& a = args[i];
+        if (a == "--help" || a == "-h") {
+            std::cout << usageText;
+            return 0;
+        }
+        if (a == "--version") {
+            std::cout << "tarnwick " << TARNWICK_VERSION << "\n";
+            return 0;
+        }
+        if (a == "--platform") {
+            if (i + 1 >= args.size()) {
+                std::cerr << "tarnwick: --platform needs x11 or sim\n" << usageText;
+                return 2;
+            }
+            platform = args[++i];
+            if (platform != "x11" && platform != "sim") {
+                std::cerr << "tarnwick: unknown platform \"" << platform << "\"\n" << usageText;
+                return 2;
+            }
+        } else if (a.rfind("--", 0) != 0) {
+            files.push_back(a);
+        } else if (a != "--settings" && a != "--choose" && a != "--preview-connect" &&
+                   a != "--preview-disconnect" && a != "--no-notch") {
+            std::cerr << "tarnwick: unknown option " << a << "\n" << usageText;
+            return 2;
+        }
+    }
+    const auto executable = executablePath(argv[0]);
+    const char* display = std::getenv("DISPLAY");
+    if (platform.empty()) platform = display && *display ? "x11" : "sim";
+    if (platform == "sim") return runSimulated(executable, files);
+
+    StderrLog log;
+    std::string error;
+    auto main = XConnection::open(nullptr, error);
+    auto background = main ? XConnection::open(nullptr, error) : nullptr;
+    if (!main || !background) {
+        std::cerr << "tarnwick: " << error << "\n";
+        return 1;
+    }
+    // Qt draws on the same display; the platform plugin is ours to choose.
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    int qtArgc = 1;
+    QGuiApplication qt(qtArgc, argv);
+    QGuiApplication::setApplicationName("Tarnwick");
+    QGuiApplication::setDesktopFileName(X11Workspace::identifier);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    // SIGTERM and SIGINT end the event loop like Quit does.
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalPipe) == 0) {
+        std::signal(SIGTERM, onSignal);
+        std::signal(SIGINT, onSignal);
+    }
+    QSocketNotifier signals(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(&signals, &QSocketNotifier::activated, &qt, [&] {
+        char byte;
+        (void)!::read(signalPipe[0], &byte, 1);
+        log.line("Asked to quit");
+        QGuiApplication::quit();
+    });
+
+    const char* homeEnv = std::getenv("HOME");
+    const std::string home = homeEnv ? homeEnv : "/";
+    QtDispatch dispatch;
+    X11Screens screens(*main, log);
+    X11Notifications notifications(*main, screens, log);
+    notifications.onConnectionLost = [&] {
+        std::cerr << "tarnwick: lost the connection to the X server; quitting\n";
+        QGuiApplication::exit(1);
+    };
+    DesktopEntries entries;
+    X11WindowAccess windows(std::move(background), screens, entries, log, getpid(),
+                            X11Workspace::identifier);
+    XdgDefaults defaults(xdgConfigHome() + "/tarnwick", log);
+    XdgLoginItems login(xdgConfigHome(), executable);
+    X11Trust trust(*main, log);
+    CanberraAudio audio(dataDirs(executable, "resources/sounds"), log);
+    PosixFiles files_;
+    PosixProcesses processes(log);
+    SessionBus bus(log);
+    X11Workspace workspace(windows, entries, bus, executable, home);
+    LogSurfaces surfaces(log);
+    Platform ports{dispatch, screens, notifications, defaults,  login,     trust,   audio,
+                   log,      windows, files_,        processes, workspace, surfaces};
+
+    int status = 0;
+    {
+        App app(ports, args);
+        log.line(std::string("Tarnwick ") + TARNWICK_VERSION + " on " + (display ? display : ""));
+        app.didFinishLaunching();
+        bus.claim([&] { app.shouldHandleReopen(false); }, [&] { QGuiApplication::quit(); });
+        auto menu = app.makeMenu();
+        status = QGuiApplication::exec();
+        // Background work refers to the core: it ends before the core does.
+        dispatch.shutdown();
+    }
+    log.line("Quit");
+    return status;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Surfaces.h"
+#include "platform/SystemLog.h"
+
+namespace tarnwick::x11 {
+
+// Our own surfaces until they are drawn: each says in the log what it would
+// show. Text is measured with the desktop's font when a GUI is up.
+class LogSurfaces : public Surfaces {
+  public:
+    explicit LogSurfaces(SystemLog& log)
+        : log_(log) {}
+
+    std::unique_ptr<Panel> makePanel(const Rect& frame,
+                                     std::shared_ptr<IslandModel> model) override;
+    std::unique_ptr<Window> makeWindow(WindowKind kind, const std::string& title,
+                                       std::shared_ptr<Observable> model) override;
+    void activate() override {}
+    double textWidth(const std::string& text, double pointSize, FontWeight weight) override;
+
+  private:
+    SystemLog& log_;
+};
+
+} // namespace tarnwick::x11

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/Screens.h"
+#include "platform/SystemLog.h"
+#include "platform/x11/XConnection.h"
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick::x11 {
+
+// One RandR monitor in root coordinates (top-left based, as X11 has them).
+struct Monitor {
+    uint32_t id = 0; // the first output's XID: stable while the server runs
+    std::string name;
+    Rect frame;  // root space
+    Rect usable; // frame less the docks' struts
+    bool builtin = false;
+    bool primary = false;
+};
+
+// Whether a connector name or type is a laptop's own panel.
+bool isPanelConnector(const std::string& outputName, const std::string& connectorType);
+// The monitor-name descriptor of an EDID block; "" when it has none.
+std::string edidMonitorName(const uint8_t* edid, size_t length);
+// Each monitor's usable area: its frame less the struts of docks that
+// reserve space along one of its edges (`struts` are _NET_WM_STRUT_PARTIAL
+// values, 12 numbers each, in a root of `rootSize`).
+void applyStruts(std::vector<Monitor>& monitors,
+                 const std::vector<std::array<uint32_t, 12>>& struts, Size rootSize);
+// The monitors as the port hands them to the core: primary first, bottom-left
+// based against the primary's bottom edge.
+std::vector<ScreenInfo> toScreenInfo(const std::vector<Monitor>& monitors);
+
+// The screens of an X11 display, read from RandR 1.5 monitors. The list is
+// read on the main thread when RandR or the work area says it changed and
+// kept here, so that the background mover's check for its destination
+// (once per window) costs no round trip.
+class X11Screens : public Screens {
+  public:
+    X11Screens(XConnection& x, SystemLog& log);
+
+    // Reads the monitors again; true when the list differs from before.
+    // Main thread.
+    bool refresh();
+    // The cached monitors, primary first. Any thread.
+    std::vector<Monitor> monitors();
+    // Where the core's origin (the primary monitor's top-left) lies in root
+    // space. Any thread.
+    Point origin();
+
+    std::vector<ScreenInfo> screens() override;
+    bool isBuiltin(uint32_t displayId) override;
+    std::optional<std::vector<uint32_t>> activeDisplayList() override;
+    Point mouseLocation() override;
+    std::optional<size_t> mainScreen() override;
+    BuiltinWords builtinWords() override;
+
+  private:
+    std::vector<Monitor> read();
+
+    XConnection& x_;
+    SystemLog& log_;
+    std::mutex mutex_;
+    std::vector<Monitor> monitors_;
+    bool readOnce_ = false;
+};
+
+} // namespace tarnwick::x11

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "platform/SystemLog.h"
+#include "platform/WindowAccess.h"
+#include "platform/x11/DesktopEntries.h"
+#include "platform/x11/X11Screens.h"
+#include "platform/x11/XConnection.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace tarnwick::x11 {
+
+// What one read of a client window's properties and geometry tells.
+struct WindowFacts {
+    xcb_window_t id = 0;
+    int32_t pid = 0;
+    std::string instance, wmClass; // WM_CLASS, decoded from Latin-1
+    std::string title;
+    std::string gtkApplicationId, kdeDesktopFile;
+    bool normalType = true; // no type at all counts as normal
+    bool dialogType = false;
+    bool transient = false;
+    bool hidden = false, maximized = false, fullscreen = false, skipTaskbar = false;
+    uint32_t extents[4] = {0, 0, 0, 0}; // left, right, top, bottom
+    Rect client;                        // root space
+    Rect frame;                         // root space, with the window manager's decoration
+};
+
+// Latin-1 bytes (X11's STRING type) as UTF-8.
+std::string latin1ToUtf8(const char* bytes, size_t length);
+
+// Other applications' windows on an EWMH desktop. A listing starts with
+// runningApplications(): every client window's properties come in one
+// pipelined batch and the attribute reads of that listing are answered from
+// it. Once a window has been written to, its reads go to the server again,
+// so that the mover's polling sees the window as it is now.
+class X11WindowAccess : public WindowAccess {
+  public:
+    X11WindowAccess(std::unique_ptr<XConnection> x, X11Screens& screens, DesktopEntries& entries,
+                    SystemLog& log, int32_t ownPid, std::string ownIdentifier);
+
+    std::vector<AppRef> runningApplications() override;
+    std::optional<std::string> ownBundleIdentifier() override { return ownIdentifier_; }
+    std::optional<std::vector<WindowListEntry>> windowList() override;
+
+    AXElement createApplication(int32_t pid) override;
+    AXError setMessagingTimeout(const AXElement&, double) override { return axSuccess; }
+    AXError copyAttribute(const AXElement& element, const std::string& name,
+                          AXAttribute& value) override;
+    AXError setAttribute(const AXElement& element, const std::string& name,
+                         const AXAttribute& value) override;
+
+    // X11 offers nothing like them: the core asks "AXWindows".
+    bool lookupCreateWithRemoteToken() override { return false; }
+    bool lookupGetWindow() override { return false; }
+    AXElement createWithRemoteToken(const RemoteToken&) override { return nullptr; }
+    AXError getWindow(const AXElement&, uint32_t&) override { return axFailure; }
+
+    // The applications with windows, without starting a listing (for the
+    // settings window's list, on the main thread).
+    std::vector<AppRef> applications();
+    // Round trips made so far, for the benchmark.
+    uint64_t roundTrips() const { return roundTrips_; }
+
+  private:
+    struct Snapshot {
+        std::vector<WindowFacts> windows; // _NET_CLIENT_LIST order
+        std::vector<AppRef> apps;
+    };
+    Snapshot takeSnapshot();
+    std::vector<WindowFacts> fetch(const std::vector<xcb_window_t>& ids);
+    std::vector<AppRef> group(const std::vector<WindowFacts>& windows);
+    const WindowFacts* factsFor(xcb_window_t id, bool live);
+    void sendFrame(xcb_window_t id, const WindowFacts& facts, std::optional<Point> position,
+                   std::optional<Size> size);
+    void logQueuedErrors();
+
+    std::unique_ptr<XConnection> x_;
+    X11Screens& screens_;
+    DesktopEntries& entries_;
+    SystemLog& log_;
+    int32_t ownPid_;
+    std::string ownIdentifier_;
+    std::mutex mutex_; // one request batch at a time on the connection, and the cache
+    std::unordered_map<xcb_window_t, WindowFacts> facts_;
+    std::vector<xcb_window_t> order_;
+    uint64_t roundTrips_ = 0;
+};
+
+} // namespace tarnwick::x11
