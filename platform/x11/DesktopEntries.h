@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+// What the desktop knows about an installed application.
+struct DesktopEntry {
+    std::string id;       // the desktop file id without ".desktop", e.g. "org.gnome.TextEditor"
+    std::string name;     // Name, localized
+    std::string icon;     // Icon: a theme name or an absolute path
+    std::string filename; // the .desktop file
+};
+
+// The desktop entries of the XDG data folders, as GIO reads them. Read once
+// and kept until reload(); safe to call from any thread.
+class DesktopEntries {
+  public:
+    DesktopEntries();
+    ~DesktopEntries();
+
+    // Accepts "x" or "x.desktop".
+    std::optional<DesktopEntry> byId(const std::string& id);
+    // The application a window of this WM_CLASS belongs to: StartupWMClass
+    // equal to the class or the instance, else a desktop id equal to either
+    // (ignoring case), else a reverse-DNS id whose last part is. Entries
+    // hidden from menus count: their windows are applications' windows too.
+    std::optional<DesktopEntry> byWmClass(const std::string& instance, const std::string& wmClass);
+    // The entry that starts the program at `path`.
+    std::optional<DesktopEntry> byExecutable(const std::string& path);
+    // Forgets what was read; the next question reads the folders again.
+    void reload();
+
+  private:
+    struct Known {
+        DesktopEntry entry;
+        std::string wmClass;    // StartupWMClass
+        std::string executable; // Exec's program, resolved through PATH and links
+    };
+    const std::vector<Known>& known(); // under mu_
+
+    std::mutex mu_;
+    std::optional<std::vector<Known>> known_;
+};
+
+} // namespace tarnwick
