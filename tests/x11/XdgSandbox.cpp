@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 namespace tarnwick::test {
 
@@ -24,6 +25,10 @@ class Sandbox : public ::testing::Environment {
         ::setenv("XDG_DATA_HOME", (root + "/data").c_str(), 1);
         ::setenv("XDG_DATA_DIRS", (root + "/system").c_str(), 1);
         ::setenv("XDG_CONFIG_HOME", (root + "/config").c_str(), 1);
+        // ALSA reads this file again whenever it changes, so a test can
+        // capture what is played without touching the environment later.
+        std::ofstream(root + "/asound.conf") << "</usr/share/alsa/alsa.conf>\n";
+        ::setenv("ALSA_CONFIG_PATH", (root + "/asound.conf").c_str(), 1);
     }
     void TearDown() override {
         std::error_code ec;

@@ -11,6 +11,8 @@ namespace tarnwick::test {
 //   data/applications    the user's desktop entries (XDG_DATA_HOME=data)
 //   system/applications  the installed ones (XDG_DATA_DIRS=system)
 //   config               XDG_CONFIG_HOME
+//   asound.conf          ALSA's configuration (ALSA_CONFIG_PATH): the system's,
+//                        until a test routes the default device elsewhere
 std::string xdgSandbox();
 
 } // namespace tarnwick::test
