@@ -2,7 +2,11 @@
 
 #include "base/JsonText.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdlib>
+#include <limits>
 #include <strings.h>
 
 namespace tarnwick {
@@ -21,6 +25,51 @@ std::optional<E> fromRaw(const std::array<CaseInfo<E>, N>& cases, std::string_vi
     for (const auto& c : cases)
         if (c.raw == raw) return c.value;
     return std::nullopt;
+}
+
+// Whether a decimal too large or too small for a double is the large kind:
+// its first significant digit lies left of the point once the exponent is
+// applied. Out of range means an exponent of hundreds, so this estimate is exact enough.
+bool overflows(std::string_view number) {
+    const auto e = std::min(number.find_first_of("eE"), number.size());
+    const auto mantissa = number.substr(0, e);
+    const auto point = std::min(mantissa.find('.'), mantissa.size());
+    const auto first = std::min(mantissa.find_first_of("123456789"), mantissa.size());
+    // Places left of the point for the first significant digit, negative right of it.
+    const auto place = first < point ? static_cast<int64_t>(point - first)
+                                     : -static_cast<int64_t>(first - point - 1);
+    if (e == number.size()) return place > 0;
+    auto exponent = number.substr(e + 1);
+    const bool negative = !exponent.empty() && exponent[0] == '-';
+    if (!exponent.empty() && (exponent[0] == '-' || exponent[0] == '+')) exponent.remove_prefix(1);
+    int64_t value = 0;
+    if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), value).ec !=
+        std::errc())
+        return !negative; // an exponent beyond 64 bits decides alone
+    return place + (negative ? -value : value) > 0;
+}
+
+// The number a string starts with, as property lists read it: leading white
+// space skipped, the rest after the number ignored, 0 when there is none.
+// strtod would take the decimal separator from the C locale, which a toolkit
+// sets from the environment, so "2.5" would read as 2 in a German session.
+double leadingNumber(std::string_view s) {
+    const auto start = s.find_first_not_of(" \t\n\v\f\r");
+    if (start == std::string_view::npos) return 0;
+    s.remove_prefix(start);
+    if (s[0] == '+') {
+        s.remove_prefix(1);
+        if (!s.empty() && s[0] == '-') return 0;
+    }
+    double v = 0;
+    const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
+    if (ec == std::errc::result_out_of_range) {
+        const double huge = overflows(s.substr(0, static_cast<size_t>(end - s.data())))
+                                ? std::numeric_limits<double>::infinity()
+                                : 0.0;
+        return s[0] == '-' ? -huge : huge;
+    }
+    return ec == std::errc() ? v : 0;
 }
 
 } // namespace
@@ -64,7 +113,7 @@ double doubleValue(const std::optional<DefaultsValue>& v) {
     if (!v) return 0;
     if (v->is_boolean()) return v->get<bool>() ? 1 : 0;
     if (v->is_number()) return v->get<double>();
-    if (v->is_string()) return std::strtod(v->get<std::string>().c_str(), nullptr);
+    if (v->is_string()) return leadingNumber(v->get<std::string>());
     return 0;
 }
 

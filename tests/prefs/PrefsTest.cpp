@@ -4,6 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
 using namespace tarnwick;
 using tarnwick::sim::SimDesktop;
 using tarnwick::sim::SimDispatch;
@@ -114,4 +120,57 @@ TEST(Prefs, LaunchAtLoginAsksTheServiceAndLogsARefusal) {
     w.desk.setLoginEnabled(false); // switched off elsewhere: the store does not remember
     EXPECT_FALSE(p.launchAtLogin());
     EXPECT_TRUE(w.desk.userDefaults().empty());
+}
+
+namespace {
+
+// Switches the C locale for one scope, as a toolkit does from the environment.
+class CLocale {
+  public:
+    explicit CLocale(const char* name)
+        : saved_(std::setlocale(LC_ALL, nullptr)) {
+        active_ = std::setlocale(LC_ALL, name) != nullptr;
+    }
+    ~CLocale() { std::setlocale(LC_ALL, saved_.c_str()); }
+    bool active() const { return active_; }
+
+  private:
+    std::string saved_;
+    bool active_ = false;
+};
+
+void expectDelaysReadFromText() {
+    const double inf = std::numeric_limits<double>::infinity();
+    const std::vector<std::pair<std::string, double>> cases{
+        {"2.5", 2.5},   {" \t4.5 seconds", 4.5},
+        {"+1.5", 1.5},  {"-0.5", -0.5},
+        {".5", 0.5},    {"3", 3},
+        {"1e999", inf}, {"-1e999", -inf},
+        {"1e-999", 0},  {"2,5", 2},
+        {"", 0},        {"soon", 0},
+        {"+-1", 0},
+    };
+    for (const auto& [text, want] : cases) {
+        World w;
+        w.desk.storeUserDefault("delay", text);
+        EXPECT_EQ(w.open().delay(), want) << '"' << text << '"';
+    }
+}
+
+} // namespace
+
+TEST(Prefs, ANumberStoredAsTextReadsAsItsLeadingNumber) {
+    expectDelaysReadFromText();
+}
+
+TEST(Prefs, ANumberStoredAsTextReadsTheSameUnderACommaLocale) {
+    for (const char* name :
+         {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "nl_NL.UTF-8"}) {
+        CLocale comma(name);
+        if (!comma.active()) continue;
+        ASSERT_STREQ(std::localeconv()->decimal_point, ",") << name;
+        expectDelaysReadFromText();
+        return;
+    }
+    GTEST_SKIP() << "no locale with a decimal comma is installed";
 }
