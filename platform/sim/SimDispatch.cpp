@@ -1,5 +1,7 @@
 #include "platform/sim/SimDispatch.h"
 
+#include "base/JsonText.h"
+
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -27,6 +29,23 @@ int64_t SimDispatch::micros(double seconds) {
 
 bool SimDispatch::onMainThread() const {
     return currentThread == nullptr;
+}
+
+namespace {
+[[noreturn]] void wrongThread(const char* call, const char* on, const char* belongs) {
+    std::fprintf(stderr, "tarnwick-sim: %s was called on %s; it belongs on %s\n", call, on,
+                 belongs);
+    std::abort();
+}
+} // namespace
+
+void SimDispatch::requireMain(const char* call) const {
+    if (!onMainThread()) wrongThread(call, "a background thread", "the main thread");
+}
+
+void SimDispatch::requireBackground(const char* call) const {
+    if (onMainThread() && !mainMayBlock_)
+        wrongThread(call, "the main thread", "a background thread");
 }
 
 void SimDispatch::post(Event e) {
@@ -95,7 +114,8 @@ void SimDispatch::background(QoS, std::function<void()> fn) {
 void SimDispatch::sleep(double seconds) {
     if (onMainThread()) {
         if (mainMayBlock_) return;
-        std::fprintf(stderr, "tarnwick-sim: the main thread blocked for %g s\n", seconds);
+        std::fprintf(stderr, "tarnwick-sim: the main thread blocked for %s s\n",
+                     formatNumber(seconds).c_str());
         std::abort();
     }
     auto* self = static_cast<Thread*>(currentThread);

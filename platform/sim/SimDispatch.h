@@ -54,8 +54,18 @@ class SimDispatch : public Dispatch {
     // Ends every background thread still waiting; nothing runs afterwards.
     void shutdown();
     // Lets main-thread code block without time passing (for the runner's dumps).
+    // Meanwhile the main thread also stands in for a background one, so it may
+    // use the ports that are kept off the main thread.
     void setMainMayBlock(bool may) { mainMayBlock_ = may; }
     bool onMainThread() const;
+
+    // The ports' thread rules, checked by the simulated ports on every call.
+    // A call on the wrong thread ends the run with the call's name on
+    // standard error: on a real desktop it would freeze the interface (a
+    // blocking call on the main thread) or upset the toolkit (a view touched
+    // off it) only now and then, where nobody could trace it back.
+    void requireMain(const char* call) const;
+    void requireBackground(const char* call) const;
 
   private:
     struct Thread {

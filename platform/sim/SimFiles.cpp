@@ -31,6 +31,7 @@ std::string noSuchFile(const std::string& name) {
 } // namespace
 
 std::string SimFiles::displayName(const std::string& path) {
+    w_.dispatch.requireMain("Files::displayName");
     auto name = lastComponent(path);
     const std::string app = ".app";
     if (name.size() > app.size() && name.compare(name.size() - app.size(), app.size(), app) == 0)
@@ -47,6 +48,7 @@ std::optional<std::string> SimFiles::done(const std::string& what,
 // The refusals below word the failure as the platform's file manager does.
 
 std::optional<std::string> SimFiles::createDirectory(const std::string& path) {
+    w_.dispatch.requireMain("Files::createDirectory");
     const std::string what = "mkdir " + tarnwick::quoted(path);
     if (auto error = w_.takeFailure(SimWorld::Operation::mkdir)) return done(what, error);
     if (w_.exists(path)) return done(what, std::nullopt);
@@ -61,6 +63,7 @@ std::optional<std::string> SimFiles::createDirectory(const std::string& path) {
 }
 
 std::optional<std::string> SimFiles::trash(const std::string& path) {
+    w_.dispatch.requireMain("Files::trash");
     const std::string what = "trash " + tarnwick::quoted(path);
     if (auto error = w_.takeFailure(SimWorld::Operation::trash)) return done(what, error);
     if (!w_.exists(path)) return done(what, noSuchFile(displayName(path)));
@@ -73,6 +76,7 @@ std::optional<std::string> SimFiles::trash(const std::string& path) {
 }
 
 std::optional<std::string> SimFiles::copy(const std::string& from, const std::string& to) {
+    w_.dispatch.requireMain("Files::copy");
     const std::string what = "copy " + tarnwick::quoted(from) + " " + tarnwick::quoted(to);
     if (auto error = w_.takeFailure(SimWorld::Operation::copy)) return done(what, error);
     const auto source = SimWorld::normalized(from), target = SimWorld::normalized(to);

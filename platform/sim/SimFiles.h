@@ -15,9 +15,18 @@ class SimFiles : public Files {
     explicit SimFiles(SimWorld& world)
         : w_(world) {}
 
-    std::string homeDirectory() override { return w_.home; }
-    bool isWritable(const std::string& path) override { return w_.isWritable(path); }
-    bool exists(const std::string& path) override { return w_.exists(path); }
+    std::string homeDirectory() override {
+        w_.dispatch.requireMain("Files::homeDirectory");
+        return w_.home;
+    }
+    bool isWritable(const std::string& path) override {
+        w_.dispatch.requireMain("Files::isWritable");
+        return w_.isWritable(path);
+    }
+    bool exists(const std::string& path) override {
+        w_.dispatch.requireMain("Files::exists");
+        return w_.exists(path);
+    }
     std::optional<std::string> createDirectory(const std::string& path) override;
     std::optional<std::string> trash(const std::string& path) override;
     std::optional<std::string> copy(const std::string& from, const std::string& to) override;

@@ -12,12 +12,16 @@ class SimLoginItems : public LoginItems {
     explicit SimLoginItems(SimWorld& world)
         : w_(world) {}
 
-    bool enabled() override { return w_.loginEnabled; }
+    bool enabled() override {
+        w_.dispatch.requireMain("LoginItems::enabled");
+        return w_.loginEnabled;
+    }
     std::optional<std::string> registerApp() override { return change(true); }
     std::optional<std::string> unregisterApp() override { return change(false); }
 
   private:
     std::optional<std::string> change(bool enabled) {
+        w_.dispatch.requireMain("LoginItems::registerApp/unregisterApp");
         if (auto error = w_.takeFailure(SimWorld::Operation::login)) return error;
         w_.loginEnabled = enabled;
         return std::nullopt;

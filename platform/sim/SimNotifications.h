@@ -12,6 +12,7 @@ class SimNotifications : public Notifications {
         : w_(world) {}
 
     void observe(PlatformEvent event, std::function<void()> handler) override {
+        w_.dispatch.requireMain("Notifications::observe");
         w_.observers.emplace(event, std::move(handler));
     }
 

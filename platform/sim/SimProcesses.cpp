@@ -6,6 +6,7 @@ namespace tarnwick::sim {
 
 std::optional<std::string> SimProcesses::run(const std::string& path,
                                              const std::vector<std::string>& args, bool) {
+    w_.dispatch.requireMain("Processes::run");
     std::string command = bareOrQuoted(path);
     for (const auto& a : args)
         command += " " + bareOrQuoted(a);
@@ -19,12 +20,14 @@ std::optional<std::string> SimProcesses::run(const std::string& path,
 }
 
 void SimProcesses::terminate(int32_t pid) {
+    w_.dispatch.requireMain("Processes::terminate");
     if (pid == SimWorld::ownPid) return quit();
     w_.transcript.line("terminate", std::to_string(pid));
     w_.endProcess(pid);
 }
 
 void SimProcesses::quit() {
+    w_.dispatch.requireMain("Processes::quit");
     w_.transcript.line("quit", "");
     w_.dispatch.stop();
 }

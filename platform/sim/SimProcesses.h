@@ -14,12 +14,18 @@ class SimProcesses : public Processes {
     explicit SimProcesses(SimWorld& world)
         : w_(world) {}
 
-    int32_t ownPid() override { return SimWorld::ownPid; }
+    int32_t ownPid() override {
+        w_.dispatch.requireMain("Processes::ownPid");
+        return SimWorld::ownPid;
+    }
     std::optional<std::string> run(const std::string& path, const std::vector<std::string>& args,
                                    bool wait) override;
     void terminate(int32_t pid) override;
     void quit() override;
-    void open(const std::string& url) override { w_.transcript.line("open", url); }
+    void open(const std::string& url) override {
+        w_.dispatch.requireMain("Processes::open");
+        w_.transcript.line("open", url);
+    }
 
   private:
     SimWorld& w_;

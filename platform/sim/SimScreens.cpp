@@ -37,6 +37,7 @@ std::optional<std::vector<uint32_t>> SimScreens::activeDisplayList() {
 }
 
 Point SimScreens::mouseLocation() {
+    w_.dispatch.requireMain("Screens::mouseLocation");
     if (w_.mouse) return *w_.mouse;
     if (w_.screens.empty()) return {};
     const Rect& f = w_.screens.front().frame;
@@ -44,6 +45,7 @@ Point SimScreens::mouseLocation() {
 }
 
 std::optional<size_t> SimScreens::mainScreen() {
+    w_.dispatch.requireMain("Screens::mainScreen");
     if (w_.screens.empty()) return std::nullopt;
     return 0;
 }

@@ -18,6 +18,7 @@ SimPanel::~SimPanel() {
 }
 
 void SimPanel::orderFront() {
+    surfaces_.w_.dispatch.requireMain("Panel::orderFront");
     if (shown_) return;
     shown_ = true;
     surfaces_.w_.transcript.line("island", "panel " + formatRect(frame_));
@@ -25,6 +26,7 @@ void SimPanel::orderFront() {
 }
 
 void SimPanel::orderOut() {
+    surfaces_.w_.dispatch.requireMain("Panel::orderOut");
     if (!shown_) return;
     shown_ = false;
     recorder_.reset();
@@ -51,7 +53,28 @@ const char* SimWindow::name(WindowKind kind) {
     return kind == WindowKind::settings ? "settings" : "setup";
 }
 
+bool SimWindow::visible() {
+    surfaces_.w_.dispatch.requireMain("Window::visible");
+    return visible_;
+}
+
+Size SimWindow::size() {
+    surfaces_.w_.dispatch.requireMain("Window::size");
+    return size_;
+}
+
+void SimWindow::moveTo(const Point& origin) {
+    surfaces_.w_.dispatch.requireMain("Window::moveTo");
+    origin_ = origin;
+}
+
+void SimWindow::close() {
+    surfaces_.w_.dispatch.requireMain("Window::close");
+    hide();
+}
+
 void SimWindow::centre() {
+    surfaces_.w_.dispatch.requireMain("Window::centre");
     const auto& screens = surfaces_.w_.screens;
     if (screens.empty()) return;
     const Rect& area = screens.front().visible; // the main screen
@@ -59,6 +82,7 @@ void SimWindow::centre() {
 }
 
 void SimWindow::makeKeyAndFront() {
+    surfaces_.w_.dispatch.requireMain("Window::makeKeyAndFront");
     if (visible_) return;
     visible_ = true;
     surfaces_.w_.transcript.line("window", std::string(name(kind_)) + " shown");
@@ -74,11 +98,13 @@ void SimWindow::hide() {
 
 std::unique_ptr<Panel> SimSurfaces::makePanel(const Rect& frame,
                                               std::shared_ptr<IslandModel> model) {
+    w_.dispatch.requireMain("Surfaces::makePanel");
     return std::make_unique<SimPanel>(*this, frame, std::move(model));
 }
 
 std::unique_ptr<Window> SimSurfaces::makeWindow(WindowKind kind, const std::string& title,
                                                 std::shared_ptr<Observable> model) {
+    w_.dispatch.requireMain("Surfaces::makeWindow");
     return std::make_unique<SimWindow>(*this, kind, title, std::move(model));
 }
 
@@ -89,6 +115,7 @@ SimWindow* SimSurfaces::window(WindowKind kind) const {
 }
 
 double SimSurfaces::textWidth(const std::string& text, double pointSize, FontWeight) {
+    w_.dispatch.requireMain("Surfaces::textWidth");
     // Code points, not bytes: continuation bytes of UTF-8 do not count.
     const auto codePoints = std::count_if(text.begin(), text.end(), [](char c) {
         return (static_cast<unsigned char>(c) & 0xC0) != 0x80;

@@ -46,12 +46,12 @@ class SimWindow : public Window {
     SimWindow(const SimWindow&) = delete;
     SimWindow& operator=(const SimWindow&) = delete;
 
-    bool visible() override { return visible_; }
-    Size size() override { return size_; }
-    void moveTo(const Point& origin) override { origin_ = origin; }
+    bool visible() override;
+    Size size() override;
+    void moveTo(const Point& origin) override;
     void centre() override;
     void makeKeyAndFront() override;
-    void close() override { hide(); }
+    void close() override;
 
     // The user presses the window's close button; like close(), it only hides it.
     void closeBox() { hide(); }
@@ -91,7 +91,10 @@ class SimSurfaces : public Surfaces {
                                      std::shared_ptr<IslandModel> model) override;
     std::unique_ptr<Window> makeWindow(WindowKind kind, const std::string& title,
                                        std::shared_ptr<Observable> model) override;
-    void activate() override { w_.transcript.line("activate", ""); }
+    void activate() override {
+        w_.dispatch.requireMain("Surfaces::activate");
+        w_.transcript.line("activate", "");
+    }
     double textWidth(const std::string& text, double pointSize, FontWeight weight) override;
 
     // The newest panel still alive, or null.

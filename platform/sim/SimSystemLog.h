@@ -10,8 +10,14 @@ class SimSystemLog : public SystemLog {
     explicit SimSystemLog(SimWorld& world)
         : w_(world) {}
 
-    void status(const std::string& text) override { w_.transcript.line("status", text); }
-    void line(const std::string& text) override { w_.transcript.line("log", text); }
+    void status(const std::string& text) override {
+        w_.dispatch.requireMain("SystemLog::status");
+        w_.transcript.line("status", text);
+    }
+    void line(const std::string& text) override {
+        w_.dispatch.requireMain("SystemLog::line");
+        w_.transcript.line("log", text);
+    }
 
   private:
     SimWorld& w_;

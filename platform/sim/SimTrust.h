@@ -12,9 +12,18 @@ class SimTrust : public Trust {
     explicit SimTrust(SimWorld& world)
         : w_(world) {}
 
-    bool isProcessTrusted() override { return w_.trusted; }
-    int32_t probe() override { return w_.trusted && w_.probeAnswers ? axSuccess : axAPIDisabled; }
-    void requestWithPrompt() override { w_.transcript.line("trust", "prompt"); }
+    bool isProcessTrusted() override {
+        w_.dispatch.requireMain("Trust::isProcessTrusted");
+        return w_.trusted;
+    }
+    int32_t probe() override {
+        w_.dispatch.requireMain("Trust::probe");
+        return w_.trusted && w_.probeAnswers ? axSuccess : axAPIDisabled;
+    }
+    void requestWithPrompt() override {
+        w_.dispatch.requireMain("Trust::requestWithPrompt");
+        w_.transcript.line("trust", "prompt");
+    }
 
   private:
     SimWorld& w_;

@@ -22,6 +22,7 @@ struct SimWindowAccess::Element : AXElementObject {
 };
 
 std::optional<std::vector<WindowListEntry>> SimWindowAccess::windowList() {
+    w_.dispatch.requireBackground("WindowAccess::windowList");
     std::vector<WindowListEntry> out;
     for (auto& [uid, w] : w_.windows) {
         if (w.unlisted) continue;
@@ -32,12 +33,14 @@ std::optional<std::vector<WindowListEntry>> SimWindowAccess::windowList() {
 }
 
 AXElement SimWindowAccess::createApplication(int32_t pid) {
+    w_.dispatch.requireBackground("WindowAccess::createApplication");
     auto el = std::make_shared<Element>();
     el->pid = pid;
     return el;
 }
 
 AXError SimWindowAccess::setMessagingTimeout(const AXElement& element, double seconds) {
+    w_.dispatch.requireBackground("WindowAccess::setMessagingTimeout");
     auto* el = dynamic_cast<Element*>(element.get());
     if (!el || seconds < 0) return axIllegalArgument;
     el->timeout = seconds == 0 ? defaultMessagingTimeout : seconds;
@@ -46,6 +49,7 @@ AXError SimWindowAccess::setMessagingTimeout(const AXElement& element, double se
 
 AXError SimWindowAccess::copyAttribute(const AXElement& element, const std::string& name,
                                        AXAttribute& value) {
+    w_.dispatch.requireBackground("WindowAccess::copyAttribute");
     auto* el = dynamic_cast<Element*>(element.get());
     if (!el) return axIllegalArgument;
     SimWorld::App* a = w_.app(el->pid);
@@ -92,6 +96,7 @@ AXError SimWindowAccess::copyAttribute(const AXElement& element, const std::stri
 
 AXError SimWindowAccess::setAttribute(const AXElement& element, const std::string& name,
                                       const AXAttribute& value) {
+    w_.dispatch.requireBackground("WindowAccess::setAttribute");
     auto* el = dynamic_cast<Element*>(element.get());
     if (!el) return axIllegalArgument;
     SimWorld::App* a = w_.app(el->pid);
@@ -147,6 +152,7 @@ AXError SimWindowAccess::setAttribute(const AXElement& element, const std::strin
 }
 
 AXElement SimWindowAccess::createWithRemoteToken(const RemoteToken& token) {
+    w_.dispatch.requireBackground("WindowAccess::createWithRemoteToken");
     auto readLE = [&](size_t at, size_t width) {
         uint64_t v = 0;
         for (size_t i = 0; i < width; ++i)
@@ -168,6 +174,7 @@ AXElement SimWindowAccess::createWithRemoteToken(const RemoteToken& token) {
 }
 
 AXError SimWindowAccess::getWindow(const AXElement& element, uint32_t& windowNumber) {
+    w_.dispatch.requireBackground("WindowAccess::getWindow");
     auto* el = dynamic_cast<Element*>(element.get());
     if (!el || !el->window) return axIllegalArgument;
     SimWorld::Window* w = w_.window(el->window);

@@ -15,8 +15,14 @@ class SimWindowAccess : public WindowAccess {
     explicit SimWindowAccess(SimWorld& world)
         : w_(world) {}
 
-    std::vector<AppRef> runningApplications() override { return w_.runningApps(); }
-    std::optional<std::string> ownBundleIdentifier() override { return w_.self; }
+    std::vector<AppRef> runningApplications() override {
+        w_.dispatch.requireBackground("WindowAccess::runningApplications");
+        return w_.runningApps();
+    }
+    std::optional<std::string> ownBundleIdentifier() override {
+        w_.dispatch.requireBackground("WindowAccess::ownBundleIdentifier");
+        return w_.self;
+    }
     std::optional<std::vector<WindowListEntry>> windowList() override;
     AXElement createApplication(int32_t pid) override;
     AXError setMessagingTimeout(const AXElement& element, double seconds) override;
@@ -24,8 +30,14 @@ class SimWindowAccess : public WindowAccess {
                           AXAttribute& value) override;
     AXError setAttribute(const AXElement& element, const std::string& name,
                          const AXAttribute& value) override;
-    bool lookupCreateWithRemoteToken() override { return w_.privateFunctions; }
-    bool lookupGetWindow() override { return w_.privateFunctions; }
+    bool lookupCreateWithRemoteToken() override {
+        w_.dispatch.requireBackground("WindowAccess::lookupCreateWithRemoteToken");
+        return w_.privateFunctions;
+    }
+    bool lookupGetWindow() override {
+        w_.dispatch.requireBackground("WindowAccess::lookupGetWindow");
+        return w_.privateFunctions;
+    }
     AXElement createWithRemoteToken(const RemoteToken& token) override;
     AXError getWindow(const AXElement& element, uint32_t& windowNumber) override;
 

@@ -35,6 +35,20 @@ struct World : tarnwick::sim::SimEngine {
         const auto& bytes = desk.userDefaults().at(Layouts::storeKey).get_binary();
         return {bytes.begin(), bytes.end()};
     }
+    // The engine's work, on the background thread the core gives it.
+    void save() {
+        offMain([&] { layouts.save(); });
+    }
+    std::vector<AXWindow> windows() {
+        std::vector<AXWindow> list;
+        offMain([&] { list = mover.windows(); });
+        return list;
+    }
+    RestoreResult restore(const std::vector<AXWindow>& list) {
+        RestoreResult r;
+        offMain([&] { r = layouts.restore(list); });
+        return r;
+    }
     Rect frameOf(int32_t pid, const std::string& title) {
         return desk.findWindow(pid, title)->frame;
     }
@@ -107,7 +121,7 @@ TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
     const std::vector<SavedWindow> old{saved("com.x", "Old", {1, 2, 3, 4})};
     w.store({{"Old@1x1", old}});
 
-    w.layouts.save();
+    w.save();
     const std::vector<SavedWindow> first{
         saved("com.example.notes", "Groceries", {100, 125, 800, 600}),
         saved("com.example.mail", "Inbox", {1600, 100, 800, 600})};
@@ -115,7 +129,7 @@ TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
 
     w.desk.moveByHand(*w.desk.findWindow(10, "Groceries"), {10.5, 30, 700, 500});
     w.desk.closeWindow(*w.desk.findWindow(11, "Inbox"));
-    w.layouts.save();
+    w.save();
     EXPECT_EQ(
         w.layouts.load(),
         (LayoutStore{{"Old@1x1", old},
@@ -124,7 +138,7 @@ TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
     // A frame that cannot be written keeps what is stored, other setups included.
     const auto before = w.stored();
     w.window(11, "Broken", {std::numeric_limits<double>::infinity(), 0, 800, 600});
-    w.layouts.save();
+    w.save();
     EXPECT_EQ(w.stored(), before);
 }
 
@@ -142,14 +156,14 @@ TEST(Layouts, RestoreUsesEachRecordOnceAndReportsTheRest) {
     w.window(10, "Q", start);       // takes X's record
     w.window(10, "R", start);       // takes Z's
     w.window(10, "S", start);       // nothing left
-    auto list = w.mover.windows();
+    auto list = w.windows();
     // Listed by application: put them back in the order above.
     std::vector<AXWindow> input;
     for (auto t : {"Y", "X", "Inbox", "Q", "R", "S"})
         for (const auto& x : list)
             if (x.title == t) input.push_back(x);
 
-    auto r = w.layouts.restore(input);
+    auto r = w.restore(input);
     EXPECT_EQ(r.restored, 3);
     EXPECT_EQ(titles(r.unmatched), (std::vector<std::string>{"Y", "X", "S"}));
     EXPECT_EQ(w.frameOf(10, "Y"), start);
@@ -171,8 +185,8 @@ TEST(Layouts, RestoreWithoutAUsableEntry) {
         w.window(10, "F1", {0, 0, 1440, 900}, true);
         w.window(10, "N2", {0, 25, 300, 300});
         w.window(11, "F2", {1440, 0, 2560, 1440}, true);
-        auto input = w.mover.windows();
-        auto r = w.layouts.restore(input);
+        auto input = w.windows();
+        auto r = w.restore(input);
         EXPECT_EQ(r.restored, 0);
         if (emptyEntry) {
             EXPECT_EQ(titles(r.unmatched), (std::vector<std::string>{"F1", "F2", "N1", "N2"}));

@@ -208,7 +208,12 @@ TEST(SimWorkspace, ListsItselfAndItsCopiesAfterTheOtherApplications) {
                                         "77777 org.example.tarnwick app:org.example.tarnwick",
                                         "30 org.example.tarnwick app:org.example.tarnwick"};
     EXPECT_EQ(described(d.desk.workspace().runningApplications()), want);
-    EXPECT_EQ(described(d.desk.windowAccess().runningApplications()), want); // one list
+    // One list: the window engine's, asked where the engine runs, is the same.
+    std::vector<AppRef> engines;
+    d.dispatch.background(tarnwick::QoS::utility,
+                          [&] { engines = d.desk.windowAccess().runningApplications(); });
+    d.dispatch.runUntil(0);
+    EXPECT_EQ(described(engines), want);
 }
 
 TEST(SimWorkspace, RemembersWhereApplicationsAreInstalledAfterTheyQuit) {
@@ -295,4 +300,29 @@ TEST(SimScreensAndTrust, PointerMainScreenAndTheProbe) {
     }
     d.desk.trust().requestWithPrompt();
     EXPECT_EQ(d.transcript.text(), "0.000 trust prompt\n");
+}
+
+// The ports' thread rules hold for the whole suite only if a call on the
+// wrong side really stops the run, and says which call it was.
+TEST(SimThreadRules, ACallOnTheWrongThreadEndsTheRunNamingTheCall) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            tarnwick::sim::SimEngine e;
+            e.mover.windows();
+        },
+        "WindowAccess::runningApplications was called on the main thread");
+    EXPECT_DEATH(
+        {
+            tarnwick::sim::SimEngine e;
+            e.offMain([&] { e.desk.screens().mouseLocation(); });
+        },
+        "Screens::mouseLocation was called on a background thread");
+    // The runner's dumps list windows at once on the main thread, which then
+    // stands in for a background one.
+    tarnwick::sim::SimEngine e;
+    e.desk.addApp({10, "Notes", "com.example.notes"});
+    e.desk.addWindow({.pid = 10, .title = "Draft", .frame = {0, 25, 400, 300}}, false, false);
+    e.dispatch.setMainMayBlock(true);
+    EXPECT_EQ(e.mover.windows().size(), 1u);
 }

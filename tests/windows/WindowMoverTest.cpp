@@ -25,20 +25,15 @@ struct World : tarnwick::sim::SimEngine {
         desk.addScreen({2, "Desk", {1440, -540, 2560, 1440}, {1440, -540, 2560, 1415}});
         return Displays::all(desk);
     }
-    // Runs `fn` on a background thread, where it may block, and lets virtual
-    // time run until it is done; gives the virtual time it took.
     template <typename F> int64_t blocking(F&& fn) {
-        bool done = false;
-        int64_t took = 0;
-        dispatch.background(QoS::userInitiated, [&] {
-            const auto start = dispatch.nowMicros();
-            fn();
-            took = dispatch.nowMicros() - start;
-            done = true;
-        });
-        dispatch.runUntil(dispatch.nowMicros() + SimDispatch::micros(600));
-        EXPECT_TRUE(done);
-        return took;
+        const auto took = offMain(std::forward<F>(fn));
+        EXPECT_TRUE(took) << "still blocked after 600 s";
+        return took.value_or(-1);
+    }
+    std::vector<AXWindow> windows() {
+        std::vector<AXWindow> list;
+        blocking([&] { list = mover.windows(); });
+        return list;
     }
 };
 
@@ -190,7 +185,9 @@ TEST(WindowMover, UnreadableAttributes) {
         w.window({.pid = 10, .title = "Min", .frame = {0, 25, 800, 600}, .minimized = true});
         HalfAnswering access(w.desk, c.attribute, c.mistype);
         WindowMover mover(access, w.desk, w.dispatch, w.prefs);
-        EXPECT_EQ(described(mover.windows()), c.want) << c.attribute << " mistyped " << c.mistype;
+        std::vector<AXWindow> list;
+        w.blocking([&] { list = mover.windows(); });
+        EXPECT_EQ(described(list), c.want) << c.attribute << " mistyped " << c.mistype;
     }
 }
 
@@ -219,7 +216,7 @@ TEST(WindowMover, SetFullscreenPollsUntilTheStateIsReached) {
     w.window({.pid = 10, .title = "Quick", .frame = f, .fullscreen = true, .leave = 0});
     w.window({.pid = 10, .title = "Later", .frame = f, .fullscreen = true, .leave = 0.35});
     w.window({.pid = 10, .title = "Stuck", .frame = f, .fullscreen = true, .leave = std::nullopt});
-    const auto list = w.mover.windows();
+    const auto list = w.windows();
     ASSERT_EQ(list.size(), 3u);
 
     struct Case {
@@ -243,28 +240,35 @@ TEST(WindowMover, MoveAllStopsWhenTheDestinationGoes) {
     w.app(10, "Notes", "com.example.notes");
     for (auto title : {"A", "B", "C"})
         w.window({.pid = 10, .title = title, .frame = {100, 125, 800, 600}});
-    const auto list = w.mover.windows();
+    const auto list = w.windows();
 
     std::vector<int64_t> reported;
     w.desk.unplug(2);
-    auto r = w.mover.moveAll(
-        displays[1], displays, Placement::keepSize, list,
-        [&](int64_t done, int64_t, const std::string&) { reported.push_back(done); });
+    WindowMover::MoveResult r;
+    w.blocking([&] {
+        r = w.mover.moveAll(
+            displays[1], displays, Placement::keepSize, list,
+            [&](int64_t done, int64_t, const std::string&) { reported.push_back(done); });
+    });
     EXPECT_TRUE(r.targetLost);
     EXPECT_EQ(r.moved, 0);
     EXPECT_TRUE(reported.empty());
     // With nothing to move the destination is not even asked about.
-    r = w.mover.moveAll(displays[1], displays, Placement::fill, std::vector<AXWindow>{});
+    w.blocking([&] {
+        r = w.mover.moveAll(displays[1], displays, Placement::fill, std::vector<AXWindow>{});
+    });
     EXPECT_FALSE(r.targetLost || r.moved || r.leftWindowed);
     EXPECT_EQ(w.transcript.text(), "");
 
     // Unplugged while the first window is under way: that one is finished, no other is begun.
     w.desk.addScreen({2, "Desk", {1440, -540, 2560, 1440}, {1440, -540, 2560, 1415}});
-    r = w.mover.moveAll(displays[1], displays, Placement::keepSize, list,
-                        [&](int64_t done, int64_t, const std::string&) {
-                            reported.push_back(done);
-                            w.desk.unplug(2);
-                        });
+    w.blocking([&] {
+        r = w.mover.moveAll(displays[1], displays, Placement::keepSize, list,
+                            [&](int64_t done, int64_t, const std::string&) {
+                                reported.push_back(done);
+                                w.desk.unplug(2);
+                            });
+    });
     EXPECT_EQ(reported, std::vector<int64_t>{1});
     EXPECT_EQ(r.summary("Desk"),
               "Moved 1 window to Desk \u00b7 stopped because the display was disconnected");
