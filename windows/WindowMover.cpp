@@ -112,13 +112,19 @@ std::optional<Rect> WindowMover::readFrame(const AXElement& el) {
 std::vector<AXWindow> WindowMover::windows() {
     const auto excludedList = prefs_.excluded();
     const std::unordered_set<std::string> excluded(excludedList.begin(), excludedList.end());
-    const auto list = ax_.windowList().value_or(std::vector<WindowListEntry>{});
+    // The application list comes first: a platform may take its snapshot of
+    // the desktop there and answer the rest of the listing from it.
+    const auto apps = ax_.runningApplications();
     const auto own = ax_.ownBundleIdentifier();
     resolvePrivate();
     const bool scanning = createWithRemoteToken_ && getWindowID_;
+    // Only the scan reads the window server's list, and a platform without
+    // the scan may have no cheap way to give one.
+    const auto list = scanning ? ax_.windowList().value_or(std::vector<WindowListEntry>{})
+                               : std::vector<WindowListEntry>{};
 
     std::vector<AXWindow> out;
-    for (const auto& app : ax_.runningApplications()) {
+    for (const auto& app : apps) {
         if (app->policy != ActivationPolicy::regular) continue;
         if (!app->bundleIdentifier) continue;
         if (excluded.count(*app->bundleIdentifier)) continue;

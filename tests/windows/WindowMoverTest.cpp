@@ -57,7 +57,10 @@ class HalfAnswering : public WindowAccess {
         , mistype_(mistype) {}
     std::vector<AppRef> runningApplications() override { return in_.runningApplications(); }
     std::optional<std::string> ownBundleIdentifier() override { return in_.ownBundleIdentifier(); }
-    std::optional<std::vector<WindowListEntry>> windowList() override { return in_.windowList(); }
+    std::optional<std::vector<WindowListEntry>> windowList() override {
+        ++windowLists;
+        return in_.windowList();
+    }
     AXElement createApplication(int32_t pid) override { return in_.createApplication(pid); }
     AXError setMessagingTimeout(const AXElement& e, double s) override {
         return in_.setMessagingTimeout(e, s);
@@ -84,6 +87,8 @@ class HalfAnswering : public WindowAccess {
         return in_.createWithRemoteToken(t);
     }
     AXError getWindow(const AXElement& e, uint32_t& n) override { return in_.getWindow(e, n); }
+
+    int windowLists = 0;
 
   private:
     SimDesktop& in_;
@@ -188,6 +193,22 @@ TEST(WindowMover, UnreadableAttributes) {
         std::vector<AXWindow> list;
         w.blocking([&] { list = mover.windows(); });
         EXPECT_EQ(described(list), c.want) << c.attribute << " mistyped " << c.mistype;
+    }
+}
+
+// A platform without the scan may have no window server's list worth asking for.
+TEST(WindowMover, AsksForTheWindowServersListOnlyToScan) {
+    for (bool privateFunctions : {true, false}) {
+        World w;
+        w.desk.setPrivateFunctions(privateFunctions);
+        w.app(10, "Notes", "com.example.notes");
+        w.window({.pid = 10, .title = "Doc", .frame = {0, 25, 800, 600}});
+        HalfAnswering access(w.desk, "", false);
+        WindowMover mover(access, w.desk, w.dispatch, w.prefs);
+        std::vector<AXWindow> list;
+        w.blocking([&] { list = mover.windows(); });
+        EXPECT_EQ(described(list), std::vector<std::string>{"10 Doc"}) << privateFunctions;
+        EXPECT_EQ(access.windowLists, privateFunctions ? 1 : 0);
     }
 }
 
