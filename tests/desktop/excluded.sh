@@ -4,16 +4,18 @@
 source "$(dirname "$0")/lib.sh"
 
 desktop_start
+# The entry runs a program no test window comes from, so only its window
+# class ties it to a window: one naming the test client would claim them all.
 mkdir -p "$XDG_DATA_HOME/applications"
 cat >"$XDG_DATA_HOME/applications/org.example.Pinned.desktop" <<'ENTRY'
 [Desktop Entry]
 Type=Application
 Name=Pinned
-Exec=tarnwick-testclient
+Exec=true
 StartupWMClass=Pinned
 ENTRY
 write_defaults onConnect='"moveAll"' placement='"fill"' delay=0 \
-    excluded='["Keep", "org.example.Pinned.desktop"]'
+    excluded='["Keep", "org.example.Pinned"]'
 
 free=$(window --title Free --class free,Free --geometry 600x400+100+100)
 keep=$(window --title Keep --class keep,Keep --geometry 600x400+200+200)
