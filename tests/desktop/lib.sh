@@ -176,10 +176,13 @@ write_defaults() {
 
 defaults_file() { echo "$XDG_CONFIG_HOME/tarnwick/defaults.json"; }
 
+# The name the program holds on the session bus while it runs.
+: "${TARNWICK_BUS_NAME:=org.tarnwick.Tarnwick}"
+
 # tarnwick_start [ARGS...]: runs the program in the background, its standard
-# error appended to $tarnwick_log; sets TARNWICK_PID. Returns once the
-# program is up: it has written to its log or owns a name on the session bus,
-# and has had a moment to read the displays.
+# error appended to $tarnwick_log; sets TARNWICK_PID. Returns once this copy
+# holds its name on the session bus (or, failing that, after 5 s), and has
+# had a moment more to read the displays.
 tarnwick_start() {
     local bin=$TARNWICK_BIN_DIR/tarnwick
     [ -x "$bin" ] || fail "no program at $bin"
@@ -187,18 +190,23 @@ tarnwick_start() {
     TARNWICK_PID=$!
     "$desktop_tool" track "$TD" "$TARNWICK_PID" tarnwick
     local deadline=$(($(now_ms) + 5000))
-    until [ -s "$tarnwick_log" ] || bus_names | grep -qi tarnwick; do
+    until [ "$(bus_owner_pid)" = "$TARNWICK_PID" ]; do
         kill -0 "$TARNWICK_PID" 2>/dev/null || fail "the program exited at start: $(tail -n 5 "$tarnwick_log")"
-        [ "$(now_ms)" -lt "$deadline" ] || break
+        if [ "$(now_ms)" -ge "$deadline" ]; then
+            note "the program does not hold $TARNWICK_BUS_NAME after 5 s; going on"
+            break
+        fi
         sleep 0.05
     done
     sleep 0.5
     kill -0 "$TARNWICK_PID" 2>/dev/null || fail "the program exited at start: $(tail -n 5 "$tarnwick_log")"
 }
 
-bus_names() {
+# The pid of the process that holds the program's bus name, or nothing.
+bus_owner_pid() {
     dbus-send --session --dest=org.freedesktop.DBus --type=method_call --print-reply \
-        /org/freedesktop/DBus org.freedesktop.DBus.ListNames 2>/dev/null | grep -o '"[^"]*"' || true
+        /org/freedesktop/DBus org.freedesktop.DBus.GetConnectionUnixProcessID \
+        "string:$TARNWICK_BUS_NAME" 2>/dev/null | awk '$1 == "uint32" { print $2 }' || true
 }
 
 expect_running() {
