@@ -3,7 +3,9 @@
 #include <xcb/xcb_icccm.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <thread>
 #include <unordered_set>
 
 namespace tarnwick::x11 {
@@ -346,15 +348,55 @@ AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::stri
     return axSuccess;
 }
 
+void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
+    auto& ewmh = x_->ewmh();
+    using clock = std::chrono::steady_clock;
+    const auto deadline = clock::now() + std::chrono::milliseconds(250);
+    while (clock::now() < deadline) {
+        auto stateCookie = xcb_ewmh_get_wm_state(&ewmh, id);
+        auto extentsCookie = xcb_ewmh_get_frame_extents(&ewmh, id);
+        ++roundTrips_;
+        bool maximized = false, readable = false;
+        xcb_ewmh_get_atoms_reply_t state;
+        if (xcb_ewmh_get_wm_state_reply(&ewmh, stateCookie, &state, nullptr)) {
+            readable = true;
+            for (uint32_t j = 0; j < state.atoms_len; ++j)
+                maximized |= state.atoms[j] == ewmh._NET_WM_STATE_MAXIMIZED_VERT ||
+                             state.atoms[j] == ewmh._NET_WM_STATE_MAXIMIZED_HORZ;
+            xcb_ewmh_get_atoms_reply_wipe(&state);
+        }
+        xcb_ewmh_get_extents_reply_t e;
+        const bool haveExtents =
+            xcb_ewmh_get_frame_extents_reply(&ewmh, extentsCookie, &e, nullptr) != 0;
+        if (!readable) return; // gone, or it never had a state: nothing to wait for
+        if (!maximized) {
+            if (haveExtents) {
+                extents[0] = e.left;
+                extents[1] = e.right;
+                extents[2] = e.top;
+                extents[3] = e.bottom;
+            }
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
 void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
                                 std::optional<Point> position, std::optional<Size> size) {
     auto& ewmh = x_->ewmh();
-    // A maximized window would keep its size and ignore ours.
-    if (f.maximized)
+    uint32_t extents[4] = {f.extents[0], f.extents[1], f.extents[2], f.extents[3]};
+    // A maximized window would keep its size and ignore ours. Its decoration
+    // changes as it leaves the state (borders come back), and the size we
+    // ask is the client's: wait for the window manager, then measure again.
+    if (f.maximized) {
         xcb_ewmh_request_change_wm_state(&ewmh, x_->screenNumber(), id, XCB_EWMH_WM_STATE_REMOVE,
                                          ewmh._NET_WM_STATE_MAXIMIZED_VERT,
                                          ewmh._NET_WM_STATE_MAXIMIZED_HORZ,
                                          XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+        xcb_flush(x_->get());
+        restoredExtents(id, extents);
+    }
     int flags = 0;
     uint32_t x = 0, y = 0, w = 0, h = 0;
     if (position) {
@@ -365,8 +407,8 @@ void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
     }
     if (size) {
         // The core speaks of the frame; the window manager sizes the client.
-        const double cw = size->w - f.extents[0] - f.extents[1];
-        const double ch = size->h - f.extents[2] - f.extents[3];
+        const double cw = size->w - extents[0] - extents[1];
+        const double ch = size->h - extents[2] - extents[3];
         flags |= XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT;
         w = static_cast<uint32_t>(std::max(1.0, cw));
         h = static_cast<uint32_t>(std::max(1.0, ch));

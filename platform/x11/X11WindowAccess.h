@@ -80,6 +80,9 @@ class X11WindowAccess : public WindowAccess {
     void sendFrame(xcb_window_t id, const WindowFacts& facts, std::optional<Point> position,
                    std::optional<Size> size);
     void logQueuedErrors();
+    // Waits (at most a quarter of a second) for a window to leave the
+    // maximized state and gives the decoration it has then.
+    void restoredExtents(xcb_window_t id, uint32_t extents[4]);
 
     std::unique_ptr<XConnection> x_;
     X11Screens& screens_;

@@ -64,12 +64,13 @@ std::string executablePath(const char* argv0) {
     return ec ? std::string(argv0) : path.string();
 }
 
-// Sounds and the demo lie beside the build tree's binary or under the
-// installed prefix's share folder.
-std::vector<std::string> dataDirs(const std::string& executable, const std::string& sub) {
+// Sounds and the demo lie under the installed prefix's share folder, or in
+// the checkout the program was built from.
+std::vector<std::string> dataDirs(const std::string& executable, const std::string& installed,
+                                  const std::string& source) {
     const auto dir = std::filesystem::path(executable).parent_path();
-    return {(dir / "../share/tarnwick" / sub).lexically_normal().string(),
-            std::string(TARNWICK_SOURCE_DIR) + "/" + sub};
+    return {(dir / "../share/tarnwick" / installed).lexically_normal().string(),
+            std::string(TARNWICK_SOURCE_DIR) + "/" + source};
 }
 
 int runSimulated(const std::string& executable, const std::vector<std::string>& files) {
@@ -78,7 +79,7 @@ int runSimulated(const std::string& executable, const std::vector<std::string>& 
                                            (dir / "../libexec/tarnwick/tarnwick-sim").string()};
     std::string scenario = files.empty() ? "" : files.front();
     if (scenario.empty())
-        for (const auto& d : dataDirs(executable, "demo"))
+        for (const auto& d : dataDirs(executable, "demo", "demo"))
             if (std::filesystem::exists(d + "/plug-and-unplug.scn")) {
                 scenario = d + "/plug-and-unplug.scn";
                 break;
@@ -155,8 +156,8 @@ int main(int argc, char** argv) {
         std::signal(SIGTERM, onSignal);
         std::signal(SIGINT, onSignal);
     }
-    QSocketNotifier signals(signalPipe[0], QSocketNotifier::Read);
-    QObject::connect(&signals, &QSocketNotifier::activated, &qt, [&] {
+    QSocketNotifier quitSignals(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(&quitSignals, &QSocketNotifier::activated, &qt, [&] {
         char byte;
         (void)!::read(signalPipe[0], &byte, 1);
         log.line("Asked to quit");
@@ -178,7 +179,7 @@ int main(int argc, char** argv) {
     XdgDefaults defaults(xdgConfigHome() + "/tarnwick", log);
     XdgLoginItems login(xdgConfigHome(), executable);
     X11Trust trust(*main, log);
-    CanberraAudio audio(dataDirs(executable, "resources/sounds"), log);
+    CanberraAudio audio(dataDirs(executable, "sounds", "resources/sounds"), log);
     PosixFiles files_;
     PosixProcesses processes(log);
     SessionBus bus(log);
