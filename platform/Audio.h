@@ -13,6 +13,8 @@ class AudioClip {
     virtual void stop() = 0;
 };
 
+// The chimes. Main thread only, clips included. The core keeps the clip it
+// plays, and stops it before it loads the next one.
 class Audio {
   public:
     virtual ~Audio() = default;

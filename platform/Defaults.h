@@ -12,6 +12,11 @@ namespace tarnwick {
 using DefaultsValue = nlohmann::json;
 
 // The user-defaults database: a user domain over a registration domain.
+// Called from any thread, from several at once: a layout snapshot reads and
+// writes its entry in the background while the preferences are written on
+// the main thread. Each call is whole on its own, and a value set is what
+// the next read answers, on any thread. What is kept must survive a crash
+// mid-write.
 class Defaults {
   public:
     virtual ~Defaults() = default;

@@ -9,6 +9,8 @@ namespace tarnwick {
 enum class QoS { userInitiated, utility };
 
 // A delayed piece of main-thread work that can be called off before it runs.
+// Cancelled from any thread; once cancel() returns on the main thread the
+// work does not run, and a repeating one does not run again.
 class WorkItem {
   public:
     void cancel() { cancelled_.store(true); }
@@ -21,21 +23,33 @@ using WorkHandle = std::shared_ptr<WorkItem>;
 
 // Threads and time. The core never sleeps or spawns threads itself, so that
 // the simulated platform can run all of it on a virtual clock.
+//
+// main(), after(), background() and now() are called from any thread (a
+// background listing hands its result back with after()); every() from the
+// main thread; sleep() only off it. Main-thread work runs one piece at a
+// time, never inline in the call that posts it, and in posting order: the
+// status texts of a move arrive in order before its summary. Work from
+// after() runs once its delay has passed; pieces due at the same time,
+// after(0) beside main() included, run in the order they were posted, so a
+// toolkit's coarse timers, which may swap them, will not do. Background work
+// has no order: pieces may run at once, on any threads.
 class Dispatch {
   public:
     virtual ~Dispatch() = default;
-    // Runs `fn` on the main thread, later (never inline).
+    // Runs `fn` on the main thread, later.
     virtual void main(std::function<void()> fn) = 0;
-    // Runs `fn` on the main thread after `seconds`, unless the handle is cancelled first.
+    // Runs `fn` on the main thread after `seconds` (never before, and a
+    // negative delay counts as 0), unless the handle is cancelled first.
     virtual WorkHandle after(double seconds, std::function<void()> fn) = 0;
     // A repeating main-thread timer, first firing one interval from now; it
-    // stops for good once the handle is cancelled.
+    // stops for good once the handle is cancelled, even from its own callback.
     virtual WorkHandle every(double seconds, std::function<void()> fn) = 0;
-    // Runs `fn` on a background thread.
+    // The priority is a hint: user-initiated work is what someone waits for,
+    // utility work the periodic layout snapshot.
     virtual void background(QoS qos, std::function<void()> fn) = 0;
-    // Blocks the calling background thread.
+    // Blocks the calling background thread; never called on the main thread.
     virtual void sleep(double seconds) = 0;
-    // Seconds on a monotonic clock.
+    // Seconds on a monotonic clock; only differences are used.
     virtual double now() = 0;
 };
 

@@ -7,7 +7,7 @@ namespace tarnwick {
 
 // The user's file system, for the first-run move into the applications
 // folder. Operations that can fail return the platform's description of the
-// failure, nullopt on success. Main thread; they may block.
+// failure, nullopt on success. Main thread only; they may block.
 class Files {
   public:
     virtual ~Files() = default;

@@ -5,7 +5,7 @@
 
 namespace tarnwick {
 
-// The service that opens the application at login.
+// The service that opens the application at login. Main thread only.
 class LoginItems {
   public:
     virtual ~LoginItems() = default;

@@ -7,9 +7,12 @@ namespace tarnwick {
 enum class PlatformEvent { screenParameters, willSleep, screensDidSleep, didWake, screensDidWake };
 
 // Delivers display-configuration, sleep and wake events on the main thread.
+// A change may be reported more than once: the coordinator waits for the
+// screens to settle before it acts.
 class Notifications {
   public:
     virtual ~Notifications() = default;
+    // Main thread only, at start-up; the handler stays for the life of the process.
     virtual void observe(PlatformEvent event, std::function<void()> handler) = 0;
 };
 

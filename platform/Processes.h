@@ -7,7 +7,7 @@
 
 namespace tarnwick {
 
-// Other programs and this process's own end. Main thread.
+// Other programs and this process's own end. Main thread only.
 class Processes {
   public:
     virtual ~Processes() = default;

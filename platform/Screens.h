@@ -29,13 +29,20 @@ struct BuiltinWords {
     std::string yours = "your MacBook";    // "Windows are back on your MacBook"
 };
 
+// The connected screens. screens(), isBuiltin(), activeDisplayList() and
+// builtinWords() are called from any thread, from several at once: the
+// coordinator reads the screens on the main thread while a move or a layout
+// snapshot reads them in the background, and a move asks for the active
+// list before every window it moves, so it must not be slow.
 class Screens {
   public:
     virtual ~Screens() = default;
-    // Primary screen first; may be empty.
+    // Primary screen first; may be empty. A screen without a number is never
+    // a display windows move to or a layout is kept for.
     virtual std::vector<ScreenInfo> screens() = 0;
     virtual bool isBuiltin(uint32_t displayId) = 0;
     // The identifiers of the active displays; nullopt when the query fails.
+    // A move stops when its destination is missing from it.
     virtual std::optional<std::vector<uint32_t>> activeDisplayList() = 0;
     // Main thread only: where the pointer is (bottom-left coordinates), and
     // the index in screens() of the screen the user works on, if any.

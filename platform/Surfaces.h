@@ -41,7 +41,7 @@ class Window {
 
 enum class WindowKind { settings, setup };
 
-// What the views are drawn on. Main thread only.
+// What the views are drawn on. Main thread only, panels and windows included.
 class Surfaces {
   public:
     virtual ~Surfaces() = default;

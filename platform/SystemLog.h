@@ -4,6 +4,7 @@
 
 namespace tarnwick {
 
+// The program's own log. Main thread only.
 class SystemLog {
   public:
     virtual ~SystemLog() = default;

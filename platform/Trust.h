@@ -4,7 +4,9 @@
 
 namespace tarnwick {
 
-// Whether the user approved this program to drive other applications' windows.
+// Whether the user approved this program to drive other applications'
+// windows. Main thread only; asked often (the settings window re-reads it
+// every 2 s, the first-run window every second), so it must be cheap.
 class Trust {
   public:
     virtual ~Trust() = default;
@@ -13,7 +15,8 @@ class Trust {
     virtual bool isProcessTrusted() = 0;
     // Asks the accessibility interface something harmless (the focused
     // application of the system-wide element) and returns its error code:
-    // axAPIDisabled while the interface still refuses this process.
+    // axAPIDisabled while the interface still refuses this process; any other
+    // code, success or not, tells the core the interface answers.
     virtual int32_t probe() = 0;
     // Asks the platform to show its own approval prompt; the answer arrives
     // later through isProcessTrusted().

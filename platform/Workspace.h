@@ -8,7 +8,9 @@
 
 namespace tarnwick {
 
-// This program's own bundle and the applications the desktop knows of. Main thread.
+// This program's own bundle and the applications the desktop knows of. Main
+// thread only: the settings window lists the running applications with
+// these, the window engine with WindowAccess.
 class Workspace {
   public:
     virtual ~Workspace() = default;

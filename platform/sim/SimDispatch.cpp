@@ -74,6 +74,7 @@ WorkHandle SimDispatch::after(double seconds, std::function<void()> fn) {
 }
 
 WorkHandle SimDispatch::every(double seconds, std::function<void()> fn) {
+    requireMain("Dispatch::every");
     auto item = std::make_shared<WorkItem>();
     std::lock_guard lock(mutex_);
     const int64_t interval = std::max<int64_t>(1, micros(seconds));
