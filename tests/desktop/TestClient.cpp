@@ -4,18 +4,23 @@
 //
 //   tarnwick-testclient --title T --class INSTANCE,CLASS --geometry WxH+X+Y
 //       [--maximized] [--fullscreen] [--minimized] [--dialog] [--count N] [--utf8-title]
+//       [--exit-when-moved]
 //
 // It prints the id of each window (hex, one a line) once the window manager
 // has taken it in, so a test that reads the ids knows the windows are managed.
+// With --exit-when-moved the process quits the moment anyone moves or resizes
+// one of its windows, so its other windows vanish in the middle of a move.
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 #include <xcb/xcb_icccm.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <set>
 #include <string>
 #include <unistd.h>
@@ -29,6 +34,7 @@ struct Options {
     std::string className = "TestClient";
     int w = 640, h = 480, x = 0, y = 0;
     bool maximized = false, fullscreen = false, minimized = false, dialog = false, utf8 = false;
+    bool exitWhenMoved = false;
     int count = 1;
 };
 
@@ -36,7 +42,7 @@ struct Options {
     std::fprintf(stderr,
                  "tarnwick-testclient: %s\nusage: tarnwick-testclient --title T --class "
                  "INSTANCE,CLASS --geometry WxH+X+Y [--maximized] [--fullscreen] [--minimized] "
-                 "[--dialog] [--count N] [--utf8-title]\n",
+                 "[--dialog] [--count N] [--utf8-title] [--exit-when-moved]\n",
                  why);
     std::exit(2);
 }
@@ -78,6 +84,8 @@ Options parse(int argc, char** argv) {
             o.dialog = true;
         } else if (a == "--utf8-title") {
             o.utf8 = true;
+        } else if (a == "--exit-when-moved") {
+            o.exitWhenMoved = true;
         } else {
             usage(("unknown argument " + a).c_str());
         }
@@ -225,8 +233,32 @@ int main(int argc, char** argv) {
         std::printf("0x%08x\n", w);
     std::fflush(stdout);
 
+    // Where each window is now, as the window manager's synthetic
+    // ConfigureNotify reports it: in root coordinates.
+    std::map<xcb_window_t, std::array<int, 4>> placed;
+    if (o.exitWhenMoved)
+        for (xcb_window_t w : windows) {
+            auto* at = xcb_translate_coordinates_reply(
+                k.c, xcb_translate_coordinates(k.c, w, k.screen->root, 0, 0), nullptr);
+            auto* geo = xcb_get_geometry_reply(k.c, xcb_get_geometry(k.c, w), nullptr);
+            if (at && geo) placed[w] = {at->dst_x, at->dst_y, geo->width, geo->height};
+            std::free(at);
+            std::free(geo);
+        }
+
     std::set<xcb_window_t> open(windows.begin(), windows.end());
     while (xcb_generic_event_t* e = xcb_wait_for_event(k.c)) {
+        if (o.exitWhenMoved && (e->response_type & 0x7f) == XCB_CONFIGURE_NOTIFY) {
+            auto* c = reinterpret_cast<xcb_configure_notify_event_t*>(e);
+            auto it = placed.find(c->window);
+            // Only the synthetic event carries root coordinates; the real
+            // one is relative to the frame, and tells only of a new size.
+            bool synthetic = e->response_type & 0x80;
+            if (it != placed.end() &&
+                (it->second[2] != c->width || it->second[3] != c->height ||
+                 (synthetic && (it->second[0] != c->x || it->second[1] != c->y))))
+                _exit(0); // no goodbye: the server drops the windows with the connection
+        }
         if ((e->response_type & 0x7f) == XCB_CLIENT_MESSAGE) {
             auto* m = reinterpret_cast<xcb_client_message_event_t*>(e);
             if (m->type == k.wmProtocols && m->data.data32[0] == k.wmDelete &&

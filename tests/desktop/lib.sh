@@ -5,8 +5,9 @@
 # A test starts a desktop with desktop_start (stopped by a trap whatever
 # happens), opens windows with window, writes the user's choices with
 # write_defaults, runs the program with tarnwick_start and checks frames and
-# status lines. On failure the desktop's folder is kept, with a screenshot,
-# the window list and the program's log, and its path is printed.
+# status lines. On failure (or with TARNWICK_KEEP_DESKTOP set) the desktop's
+# folder is kept, with a screenshot, the window list and the program's log,
+# and its path is printed.
 set -euo pipefail
 
 : "${TARNWICK_BIN_DIR:?set TARNWICK_BIN_DIR to the build directory}"
@@ -72,10 +73,10 @@ desktop_finish() {
         fi
         "$desktop_tool" stop "$TD"
     fi
-    if [ "$rc" -eq 0 ]; then
+    if [ "$rc" -eq 0 ] && [ -z "${TARNWICK_KEEP_DESKTOP:-}" ]; then
         rm -rf "$TD"
     elif [ -n "$TD" ]; then
-        echo "kept for a look: $TD" >&2
+        echo "kept: $TD" >&2
     fi
     exit "$rc"
 }
@@ -209,9 +210,13 @@ bus_owner_pid() {
         "string:$TARNWICK_BUS_NAME" 2>/dev/null | awk '$1 == "uint32" { print $2 }' || true
 }
 
+# Running, not merely waiting to be reaped.
+is_running() {
+    kill -0 "$1" 2>/dev/null && ! grep -q '^State:.*zombie' "/proc/$1/status" 2>/dev/null
+}
+
 expect_running() {
-    kill -0 "${1:-$TARNWICK_PID}" 2>/dev/null && ! grep -q '^State:.*zombie' "/proc/${1:-$TARNWICK_PID}/status" ||
-        fail "the program is not running: $(tail -n 5 "$tarnwick_log")"
+    is_running "${1:-$TARNWICK_PID}" || fail "the program is not running: $(tail -n 5 "$tarnwick_log")"
 }
 
 # tarnwick_stop: SIGTERM, and the program must end by itself, cleanly, soon.
