@@ -3,6 +3,8 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 
+#include <string>
+
 namespace tarnwick::x11 {
 
 SessionBus::SessionBus(SystemLog& log)
@@ -41,6 +43,11 @@ void SessionBus::claim(std::function<void()> onActivate, std::function<void()> o
 
 void SessionBus::activate() {
     if (onActivate_) onActivate_();
+}
+
+void SessionBus::action(const QString& name) {
+    if (!onAction_ || !onAction_(name.toStdString()))
+        log_.line("No action named \"" + name.toStdString() + "\"");
 }
 
 void SessionBus::nameLost(const QString& name) {

@@ -29,8 +29,14 @@ class SessionBus : public QObject {
     // take it from us. `onActivate` answers a reopen; `onLost` runs when a
     // later copy took the name.
     void claim(std::function<void()> onActivate, std::function<void()> onLost);
+    // Named commands a desktop shortcut or a script can run through
+    // ActivateAction; false for a name nobody answers.
+    void onAction(std::function<bool(const std::string&)> handler) {
+        onAction_ = std::move(handler);
+    }
 
     void activate();
+    void action(const QString& name);
 
   private slots:
     void nameLost(const QString& name);
@@ -39,6 +45,7 @@ class SessionBus : public QObject {
     SystemLog& log_;
     bool connected_ = false;
     std::function<void()> onActivate_, onLost_;
+    std::function<bool(const std::string&)> onAction_;
 };
 
 // org.freedesktop.Application on our object.
@@ -62,10 +69,9 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
     }
     void ActivateAction(const QString& name, const QVariantList& parameter,
                         const QVariantMap& platformData) {
-        (void)name;
         (void)parameter;
         (void)platformData;
-        bus_->activate();
+        bus_->action(name);
     }
 
   private:

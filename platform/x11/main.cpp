@@ -193,6 +193,21 @@ int main(int argc, char** argv) {
         App app(ports, args);
         log.line(std::string("Tarnwick ") + TARNWICK_VERSION + " on " + (display ? display : ""));
         app.didFinishLaunching();
+        bus.onAction([&](const std::string& name) {
+            if (name == "save-layout")
+                app.controller().saveLayout();
+            else if (name == "restore-layout")
+                app.controller().restoreLayout();
+            else if (name == "choose-windows")
+                app.controller().chooseWindows();
+            else if (name == "settings")
+                app.settingsWindow().show();
+            else if (name == "quit")
+                QGuiApplication::quit();
+            else
+                return false;
+            return true;
+        });
         bus.claim([&] { app.shouldHandleReopen(false); }, [&] { QGuiApplication::quit(); });
         auto menu = app.makeMenu();
         status = QGuiApplication::exec();
