@@ -17,11 +17,14 @@ expect_frame "$doc2" 2500 450 "$w" "$h"
 declare -A saved
 for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
 
-# The snapshot runs every 30 s; a program that honours the variable takes it
-# sooner.
-TARNWICK_SNAPSHOT_INTERVAL=1 tarnwick_start
-wait_until 35 grep -q '"layouts.v2"' "$(defaults_file)" ||
-    fail "no layout was saved within 35 s: $(cat "$(defaults_file)")"
+# The snapshot runs every 30 s; the program's save-layout action takes the
+# same snapshot at once.
+tarnwick_start
+log_mark
+gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
+    --method org.freedesktop.Application.ActivateAction save-layout '[]' '{}' >/dev/null
+wait_for_status "Layout saved for 2 displays" 5
+grep -q '"layouts.v2"' "$(defaults_file)" || fail "no layout in $(cat "$(defaults_file)")"
 
 log_mark
 unplug DUMMY1
