@@ -27,9 +27,9 @@ std::optional<E> fromRaw(const std::array<CaseInfo<E>, N>& cases, std::string_vi
     return std::nullopt;
 }
 
-// Whether a decimal too large or too small for a double is the large kind:
-// its first significant digit lies left of the point once the exponent is
-// applied. Out of range means an exponent of hundreds, so this estimate is exact enough.
+// Whether a decimal too large or too small for a double is the large kind,
+// that is at least 1: its first significant digit lies left of the point
+// once the exponent is applied.
 bool overflows(std::string_view number) {
     const auto e = std::min(number.find_first_of("eE"), number.size());
     const auto mantissa = number.substr(0, e);
@@ -46,7 +46,8 @@ bool overflows(std::string_view number) {
     if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), value).ec !=
         std::errc())
         return !negative; // an exponent beyond 64 bits decides alone
-    return place + (negative ? -value : value) > 0;
+    // place + exponent > 0, without overflowing for an exponent near 2^63.
+    return negative ? value < place : value > -place;
 }
 
 // The number a string starts with, as property lists read it: leading white

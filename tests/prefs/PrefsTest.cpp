@@ -142,12 +142,20 @@ class CLocale {
 void expectDelaysReadFromText() {
     const double inf = std::numeric_limits<double>::infinity();
     const std::vector<std::pair<std::string, double>> cases{
-        {"2.5", 2.5},   {" \t4.5 seconds", 4.5},
-        {"+1.5", 1.5},  {"-0.5", -0.5},
-        {".5", 0.5},    {"3", 3},
-        {"1e999", inf}, {"-1e999", -inf},
-        {"1e-999", 0},  {"2,5", 2},
-        {"", 0},        {"soon", 0},
+        {"2.5", 2.5},
+        {" \t4.5 seconds", 4.5},
+        {"+1.5", 1.5},
+        {"-0.5", -0.5},
+        {".5", 0.5},
+        {"3", 3},
+        {"1e999", inf},
+        {"-1e999", -inf},
+        {"1e-999", 0},
+        {"1e9223372036854775807", inf},
+        {"1e-99999999999999999999", 0},
+        {"2,5", 2},
+        {"", 0},
+        {"soon", 0},
         {"+-1", 0},
     };
     for (const auto& [text, want] : cases) {
