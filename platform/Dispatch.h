@@ -27,12 +27,13 @@ using WorkHandle = std::shared_ptr<WorkItem>;
 // main(), after(), background() and now() are called from any thread (a
 // background listing hands its result back with after()); every() from the
 // main thread; sleep() only off it. Main-thread work runs one piece at a
-// time, never inline in the call that posts it, and in posting order: the
-// status texts of a move arrive in order before its summary. Work from
-// after() runs once its delay has passed; pieces due at the same time,
-// after(0) beside main() included, run in the order they were posted, so a
-// toolkit's coarse timers, which may swap them, will not do. Background work
-// has no order: pieces may run at once, on any threads.
+// time and never inline in the call that posts it. Work from main() runs in
+// posting order: the status texts of a move arrive in order before its
+// summary. Work from after() runs once its delay has passed, the earliest
+// due first and equal due times in posting order (a toolkit's coarse timers,
+// which may swap them, will not do); how it interleaves with main() work
+// due at the same moment is left open. Background work has no order: pieces
+// may run at once, on any threads.
 class Dispatch {
   public:
     virtual ~Dispatch() = default;
