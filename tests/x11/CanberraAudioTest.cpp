@@ -102,6 +102,11 @@ TEST(CanberraAudio, PlayingWithoutASoundDeviceNeitherCrashesNorFloodsTheLog) {
 }
 
 TEST(CanberraAudio, PlaysTheFileThroughTheDefaultDevice) {
+#ifdef __SANITIZE_ADDRESS__
+    // libcanberra's ALSA playback thread, which we do not build, now and then
+    // jumps into unmapped memory under AddressSanitizer (never without it).
+    GTEST_SKIP() << "not under AddressSanitizer";
+#endif
     // ALSA's default device becomes a WAV file: what we play lands there.
     TempDir tmp;
     writeWav(tmp / "chime.wav", 8820);
