@@ -27,6 +27,15 @@ fail() {
 }
 note() { echo "# $*"; }
 
+# A fault already reported and awaiting a decision: ctest shows the test as
+# skipped (SKIP_RETURN_CODE), so it stays visible without failing the run, and
+# passes again by itself once the fault is gone.
+known_failure_rc=77
+known_failure() {
+    echo "KNOWN FAILURE: $*" >&2
+    exit "$known_failure_rc"
+}
+
 now_ms() { echo $(($(date +%s%N) / 1000000)); }
 
 # wait_until SECONDS COMMAND...: true once COMMAND succeeds, false at the deadline.
@@ -56,7 +65,7 @@ desktop_finish() {
     local rc=$?
     trap - EXIT
     if [ -n "$TD" ] && [ -f "$TD/env" ]; then
-        if [ "$rc" -ne 0 ]; then
+        if [ "$rc" -ne 0 ] && [ "$rc" -ne "$known_failure_rc" ]; then
             "$desktop_tool" shot "$TD" "$TD/failure.png" 2>/dev/null || true
             {
                 echo "--- windows"
@@ -73,7 +82,7 @@ desktop_finish() {
         fi
         "$desktop_tool" stop "$TD"
     fi
-    if [ "$rc" -eq 0 ] && [ -z "${TARNWICK_KEEP_DESKTOP:-}" ]; then
+    if { [ "$rc" -eq 0 ] || [ "$rc" -eq "$known_failure_rc" ]; } && [ -z "${TARNWICK_KEEP_DESKTOP:-}" ]; then
         rm -rf "$TD"
     elif [ -n "$TD" ]; then
         echo "kept: $TD" >&2
