@@ -168,6 +168,53 @@ placed() {
         }'
 }
 
+# ---- the machine's sleep ----------------------------------------------------
+
+LOGIND_PID=""
+
+# logind_start: a private system bus, exported in DBUS_SYSTEM_BUS_ADDRESS for
+# the program started afterwards, with a stand-in for logind that owns its name.
+logind_start() {
+    cat >"$TD/system-bus.conf" <<EOF
+<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>system</type>
+  <listen>unix:path=$TD/run/system-bus</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+EOF
+    dbus-daemon --config-file="$TD/system-bus.conf" --nofork --print-address=1 \
+        </dev/null >"$TD/system-bus.address" 2>"$TD/system-bus.log" &
+    "$desktop_tool" track "$TD" $! system-bus
+    wait_until 5 test -s "$TD/system-bus.address" ||
+        fail "the system bus did not start: $(cat "$TD/system-bus.log")"
+    DBUS_SYSTEM_BUS_ADDRESS=$(head -n 1 "$TD/system-bus.address")
+    export DBUS_SYSTEM_BUS_ADDRESS
+    "$TARNWICK_BIN_DIR/tarnwick-fakelogind" </dev/null >"$TD/logind.out" 2>"$TD/logind.err" &
+    LOGIND_PID=$!
+    "$desktop_tool" track "$TD" "$LOGIND_PID" logind
+    wait_until 5 grep -qx ready "$TD/logind.out" ||
+        fail "the stand-in for logind did not start: $(cat "$TD/logind.err")"
+}
+
+# logind_sleep, logind_wake: PrepareForSleep(true) or (false), returning once
+# the signal is on the bus.
+logind_sleep() { logind_signal USR1 sleep; }
+logind_wake() { logind_signal USR2 wake; }
+logind_signal() {
+    local what=$2 sent
+    sent=$(grep -cx "$what" "$TD/logind.out" || true)
+    kill "-$1" "$LOGIND_PID" || fail "the stand-in for logind is gone"
+    wait_until 2 eval '[ "$(grep -cx "$what" "$TD/logind.out")" -gt "$sent" ]' ||
+        fail "logind's $what signal was not sent: $(cat "$TD/logind.err")"
+}
+
 # ---- the program ------------------------------------------------------------
 
 # write_defaults KEY=JSON...: the preferences file, with the first-run setup
