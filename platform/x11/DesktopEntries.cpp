@@ -52,7 +52,7 @@ const std::vector<DesktopEntries::Known>& DesktopEntries::known() {
     if (known_) return *known_;
     known_.emplace();
     // NoDisplay entries are included; GIO leaves out only those marked
-    // Hidden, which the desktop specification defines as deleted.
+    // Hidden, which freedesktop.org's desktop entry format defines as deleted.
     GList* all = g_app_info_get_all();
     for (GList* l = all; l; l = l->next) {
         auto* info = static_cast<GAppInfo*>(l->data);
