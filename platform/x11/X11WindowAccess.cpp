@@ -351,8 +351,13 @@ AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::stri
 void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
     auto& ewmh = x_->ewmh();
     using clock = std::chrono::steady_clock;
-    const auto deadline = clock::now() + std::chrono::milliseconds(250);
-    while (clock::now() < deadline) {
+    const auto start = clock::now();
+    const uint32_t before[4] = {extents[0], extents[1], extents[2], extents[3]};
+    std::optional<clock::time_point> leftAt;
+    // The state flips first and the decoration follows: after the flip, wait
+    // a little longer for the extents to change, since a window manager
+    // that draws maximized windows like others never changes them.
+    while (clock::now() - start < std::chrono::milliseconds(300)) {
         auto stateCookie = xcb_ewmh_get_wm_state(&ewmh, id);
         auto extentsCookie = xcb_ewmh_get_frame_extents(&ewmh, id);
         ++roundTrips_;
@@ -376,7 +381,10 @@ void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
                 extents[2] = e.top;
                 extents[3] = e.bottom;
             }
-            return;
+            const bool changed = extents[0] != before[0] || extents[1] != before[1] ||
+                                 extents[2] != before[2] || extents[3] != before[3];
+            if (!leftAt) leftAt = clock::now();
+            if (changed || clock::now() - *leftAt > std::chrono::milliseconds(60)) return;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }

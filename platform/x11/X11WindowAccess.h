@@ -80,7 +80,7 @@ class X11WindowAccess : public WindowAccess {
     void sendFrame(xcb_window_t id, const WindowFacts& facts, std::optional<Point> position,
                    std::optional<Size> size);
     void logQueuedErrors();
-    // Waits (at most a quarter of a second) for a window to leave the
+    // Waits (at most 0.3 s) for a window to leave the
     // maximized state and gives the decoration it has then.
     void restoredExtents(xcb_window_t id, uint32_t extents[4]);
 
