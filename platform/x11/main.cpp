@@ -209,7 +209,21 @@ int main(int argc, char** argv) {
             return true;
         });
         bus.claim([&] { app.shouldHandleReopen(false); }, [&] { QGuiApplication::quit(); });
+        // Until the tray draws it, the menu's commands go to the log when
+        // they change (the status lines are logged on their own).
         auto menu = app.makeMenu();
+        std::string menuText;
+        auto logMenu = [&] {
+            std::string text;
+            for (const auto& e : menu->entries())
+                if (e.visible &&
+                    (e.kind == MenuEntry::Kind::button || e.kind == MenuEntry::Kind::picker))
+                    text += (text.empty() ? "" : " | ") + e.text;
+            if (text != menuText) log.line("menu: " + text);
+            menuText = text;
+        };
+        logMenu();
+        auto menuWatch = menu->observe(logMenu);
         status = QGuiApplication::exec();
         // Background work refers to the core: it ends before the core does.
         dispatch.shutdown();
