@@ -106,14 +106,25 @@ int main(int argc, char** argv) {
 
     if (mode == "raw" || mode == "home") {
         const bool home = mode == "home";
-        const auto start = Clock::now();
+        // The same work for the window manager as ours: a move and a resize
+        // (to the size each window has) per window. Sizes are read first.
+        std::vector<xcb_get_geometry_cookie_t> geometry;
         for (auto id : ids)
+            geometry.push_back(xcb_get_geometry(main->get(), id));
+        std::vector<std::pair<uint32_t, uint32_t>> sizes;
+        for (auto c : geometry) {
+            Reply<xcb_get_geometry_reply_t> g(xcb_get_geometry_reply(main->get(), c, nullptr));
+            sizes.emplace_back(g ? g->width : 100u, g ? g->height : 100u);
+        }
+        const auto start = Clock::now();
+        for (size_t i = 0; i < ids.size(); ++i)
             xcb_ewmh_request_moveresize_window(
-                &main->ewmh(), main->screenNumber(), id, XCB_GRAVITY_NORTH_WEST,
+                &main->ewmh(), main->screenNumber(), ids[i], XCB_GRAVITY_NORTH_WEST,
                 XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
-                static_cast<xcb_ewmh_moveresize_window_opt_flags_t>(XCB_EWMH_MOVERESIZE_WINDOW_X |
-                                                                    XCB_EWMH_MOVERESIZE_WINDOW_Y),
-                static_cast<uint32_t>(home ? 10 : edge + 10), 10, 0, 0);
+                static_cast<xcb_ewmh_moveresize_window_opt_flags_t>(
+                    XCB_EWMH_MOVERESIZE_WINDOW_X | XCB_EWMH_MOVERESIZE_WINDOW_Y |
+                    XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT),
+                static_cast<uint32_t>(home ? 10 : edge + 10), 10, sizes[i].first, sizes[i].second);
         xcb_flush(main->get());
         const auto sent = Clock::now();
         const double applied = settle(*watch, ids, edge, start, home);
