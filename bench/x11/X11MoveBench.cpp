@@ -107,7 +107,9 @@ int main(int argc, char** argv) {
     if (mode == "raw" || mode == "home") {
         const bool home = mode == "home";
         // The same work for the window manager as ours: a move and a resize
-        // (to the size each window has) per window. Sizes are read first.
+        // by a pixel per window (ours rounds a moved frame outwards, so its
+        // windows change size too, and a real resize makes the window
+        // manager and the client redraw). Sizes are read first.
         std::vector<xcb_get_geometry_cookie_t> geometry;
         for (auto id : ids)
             geometry.push_back(xcb_get_geometry(main->get(), id));
@@ -115,6 +117,7 @@ int main(int argc, char** argv) {
         for (auto c : geometry) {
             Reply<xcb_get_geometry_reply_t> g(xcb_get_geometry_reply(main->get(), c, nullptr));
             sizes.emplace_back(g ? g->width : 100u, g ? g->height : 100u);
+            if (home) sizes.back() = {400, 300};
         }
         const auto start = Clock::now();
         for (size_t i = 0; i < ids.size(); ++i)
@@ -124,7 +127,8 @@ int main(int argc, char** argv) {
                 static_cast<xcb_ewmh_moveresize_window_opt_flags_t>(
                     XCB_EWMH_MOVERESIZE_WINDOW_X | XCB_EWMH_MOVERESIZE_WINDOW_Y |
                     XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT),
-                static_cast<uint32_t>(home ? 10 : edge + 10), 10, sizes[i].first, sizes[i].second);
+                static_cast<uint32_t>(home ? 10 : edge + 10), 10, sizes[i].first + (home ? 0 : 1),
+                sizes[i].second + (home ? 0 : 1));
         xcb_flush(main->get());
         const auto sent = Clock::now();
         const double applied = settle(*watch, ids, edge, start, home);
