@@ -37,6 +37,15 @@ std::string propertyString(xcb_get_property_reply_t* r) {
                        static_cast<size_t>(xcb_get_property_value_length(r)));
 }
 
+// Either direction counts: the window manager keeps such a window's size.
+bool maximizedIn(const xcb_ewmh_connection_t& ewmh, const xcb_ewmh_get_atoms_reply_t& state) {
+    for (uint32_t j = 0; j < state.atoms_len; ++j)
+        if (state.atoms[j] == ewmh._NET_WM_STATE_MAXIMIZED_VERT ||
+            state.atoms[j] == ewmh._NET_WM_STATE_MAXIMIZED_HORZ)
+            return true;
+    return false;
+}
+
 } // namespace
 
 std::string latin1ToUtf8(const char* bytes, size_t length) {
@@ -157,16 +166,13 @@ std::vector<WindowFacts> X11WindowAccess::fetch(const std::vector<xcb_window_t>&
         drop();
         xcb_ewmh_get_atoms_reply_t state;
         if (xcb_ewmh_get_wm_state_reply(&ewmh, k.state, &state, &err)) {
-            bool vert = false, horz = false;
             for (uint32_t j = 0; j < state.atoms_len; ++j) {
                 const auto a = state.atoms[j];
                 f.hidden |= a == ewmh._NET_WM_STATE_HIDDEN;
                 f.fullscreen |= a == ewmh._NET_WM_STATE_FULLSCREEN;
                 f.skipTaskbar |= a == ewmh._NET_WM_STATE_SKIP_TASKBAR;
-                vert |= a == ewmh._NET_WM_STATE_MAXIMIZED_VERT;
-                horz |= a == ewmh._NET_WM_STATE_MAXIMIZED_HORZ;
             }
-            f.maximized = vert || horz;
+            f.maximized = maximizedIn(ewmh, state);
             xcb_ewmh_get_atoms_reply_wipe(&state);
         }
         drop();
@@ -214,7 +220,6 @@ std::vector<AppRef> X11WindowAccess::group(const std::vector<WindowFacts>& windo
     for (const auto& w : windows) {
         if (w.pid <= 0 || w.pid == ownPid_) continue;
         auto& app = byPid[w.pid];
-        const bool regular = (w.normalType || w.dialogType) && !w.transient && !w.skipTaskbar;
         if (!app) {
             app = std::make_shared<RunningApp>();
             app->pid = w.pid;
@@ -234,7 +239,8 @@ std::vector<AppRef> X11WindowAccess::group(const std::vector<WindowFacts>& windo
             }
             apps.push_back(app);
         }
-        if (regular && w.normalType) app->policy = ActivationPolicy::regular;
+        // An application counts once it has a window a user would switch to.
+        if (w.normalType && !w.transient && !w.skipTaskbar) app->policy = ActivationPolicy::regular;
     }
     return apps;
 }
@@ -365,9 +371,7 @@ void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
         xcb_ewmh_get_atoms_reply_t state;
         if (xcb_ewmh_get_wm_state_reply(&ewmh, stateCookie, &state, nullptr)) {
             readable = true;
-            for (uint32_t j = 0; j < state.atoms_len; ++j)
-                maximized |= state.atoms[j] == ewmh._NET_WM_STATE_MAXIMIZED_VERT ||
-                             state.atoms[j] == ewmh._NET_WM_STATE_MAXIMIZED_HORZ;
+            maximized = maximizedIn(ewmh, state);
             xcb_ewmh_get_atoms_reply_wipe(&state);
         }
         xcb_ewmh_get_extents_reply_t e;

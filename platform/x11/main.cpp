@@ -180,13 +180,13 @@ int main(int argc, char** argv) {
     XdgLoginItems login(xdgConfigHome(), executable);
     X11Trust trust(*main, log);
     CanberraAudio audio(dataDirs(executable, "sounds", "resources/sounds"), log);
-    PosixFiles files_;
+    PosixFiles userFiles;
     PosixProcesses processes(log);
     SessionBus bus(log);
     X11Workspace workspace(windows, entries, bus, executable, home);
     LogSurfaces surfaces(log);
     Platform ports{dispatch, screens, notifications, defaults,  login,     trust,   audio,
-                   log,      windows, files_,        processes, workspace, surfaces};
+                   log,      windows, userFiles,     processes, workspace, surfaces};
 
     int status = 0;
     {
