@@ -53,6 +53,19 @@ them back where they were when a display setup returns.
 
 int signalPipe[2] = {-1, -1};
 
+// Qt's xcb plugin calls exit(1) itself when its connection breaks, from
+// inside the event loop, and may notice before our own connection does:
+// static destructors would then run while our threads and the core still live
+// on main's stack. Ended that way, the program says why and leaves at once.
+tarnwick::SystemLog* exitLog = nullptr;
+bool leftEventLoop = false;
+
+void onExit() {
+    if (leftEventLoop) return;
+    if (exitLog) exitLog->line("Lost the connection to the X server");
+    std::_Exit(1);
+}
+
 void onSignal(int) {
     const char byte = 1;
     (void)!::write(signalPipe[1], &byte, 1);
@@ -150,6 +163,8 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationName("Tarnwick");
     QGuiApplication::setDesktopFileName(X11Workspace::identifier);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    exitLog = &log;
+    std::atexit(onExit);
 
     // SIGTERM and SIGINT end the event loop like Quit does.
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalPipe) == 0) {
@@ -169,10 +184,9 @@ int main(int argc, char** argv) {
     QtDispatch dispatch;
     X11Screens screens(*main, log);
     X11Notifications notifications(*main, screens, log);
-    notifications.onConnectionLost = [&] {
-        std::cerr << "tarnwick: lost the connection to the X server; quitting\n";
-        QGuiApplication::exit(1);
-    };
+    // Tearing down against a dead server only risks a crash in some library
+    // thread still talking to it; what the program keeps is already written.
+    notifications.onConnectionLost = [] { std::_Exit(1); };
     DesktopEntries entries;
     X11WindowAccess windows(std::move(background), screens, entries, log, getpid(),
                             X11Workspace::identifier);
@@ -225,6 +239,7 @@ int main(int argc, char** argv) {
         logMenu();
         auto menuWatch = menu->observe(logMenu);
         status = QGuiApplication::exec();
+        leftEventLoop = true;
         // Background work refers to the core: it ends before the core does.
         dispatch.shutdown();
     }
