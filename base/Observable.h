@@ -43,7 +43,8 @@ class Observable {
     Observable() = default;
     Observable(const Observable&) = delete;
     Observable& operator=(const Observable&) = delete;
-    ~Observable() { *alive_ = false; }
+    // Virtual: view models travel as Observable and the views find their kind.
+    virtual ~Observable() { *alive_ = false; }
 
     [[nodiscard]] Subscription observe(std::function<void()> didChange) {
         const uint64_t id = next_++;

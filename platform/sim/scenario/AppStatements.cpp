@@ -178,11 +178,16 @@ Action dumpDefaults(Cursor& c, ParseState&) {
     };
 }
 
-// Pictures come with the views; until then there is nothing on screen to render.
 Action shot(Cursor& c, ParseState&) {
-    c.wordOrString("a picture name");
+    auto name = c.wordOrString("a picture name");
     c.end();
-    return [](Runtime&) {};
+    // The name becomes part of a file name inside the pictures' folder.
+    if (name.empty() || name.front() == '.' || name.find('/') != std::string::npos ||
+        name.find('\0') != std::string::npos || name.size() > 100)
+        throw ParseError("a picture name is a plain file name (no \"/\", not starting with \".\")");
+    return [name](Runtime& rt) {
+        if (rt.shoot) rt.shoot(name);
+    };
 }
 
 } // namespace

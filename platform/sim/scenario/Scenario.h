@@ -34,6 +34,10 @@ class Runtime {
     Transcript transcript;
     SimDesktop desktop;
 
+    // Renders what is on screen now as pictures named NAME; unset, `shot`
+    // does nothing.
+    std::function<void(const std::string& name)> shoot;
+
     void launch(const std::vector<std::string>& args);
     bool launched() const { return app_ != nullptr; }
     App& app();

@@ -2,10 +2,17 @@
 // program did.
 #include "platform/sim/scenario/Scenario.h"
 
+#ifdef TARNWICK_SHOTS
+#include "platform/quick/Shots.h"
+
+#include <QApplication>
+#endif
+
 #include <csignal>
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <unistd.h>
 
@@ -31,11 +38,12 @@ int usage() {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::string file;
+    std::string file, shots;
     for (int i = 1; i < argc; ++i) {
         std::string a = argv[i];
         if (a == "--shots") {
-            if (++i >= argc) return usage(); // pictures arrive with the views
+            if (++i >= argc) return usage();
+            shots = argv[i];
         } else if (a == "-h" || a == "--help") {
             usage();
             return 0;
@@ -67,14 +75,41 @@ int main(int argc, char** argv) {
         return 2;
     }
 
+#ifdef TARNWICK_SHOTS
+    // Pictures are drawn by the real views on Qt's offscreen platform, so
+    // they need no display; without --shots Qt is never started.
+    std::unique_ptr<QApplication> qt;
+    int qtArgc = 1;
+    if (!shots.empty()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qt = std::make_unique<QApplication>(qtArgc, argv);
+    }
+#else
+    if (!shots.empty())
+        std::cerr << "tarnwick-sim: built without the views; no pictures are drawn\n";
+#endif
+    bool shotFailed = false;
+
     for (int sig : {SIGSEGV, SIGABRT, SIGFPE, SIGBUS, SIGILL})
         std::signal(sig, crashed);
     tarnwick::sim::Outcome outcome;
     {
         tarnwick::sim::Runtime runtime(stdout);
+#ifdef TARNWICK_SHOTS
+        if (qt)
+            runtime.shoot = [&](const std::string& name) {
+                std::string error;
+                tarnwick::quick::shoot(runtime.desktop, shots, name, error);
+                if (!error.empty()) {
+                    std::cerr << "tarnwick-sim: " << error << "\n";
+                    shotFailed = true;
+                }
+            };
+#endif
         outcome = tarnwick::sim::play(file, statements, runtime);
     }
     std::fflush(stdout);
     if (!outcome.error.empty()) std::cerr << outcome.error << "\n";
+    if (outcome.exitCode == 0 && shotFailed) return 1;
     return outcome.exitCode;
 }

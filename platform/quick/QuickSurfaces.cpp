@@ -1,0 +1,174 @@
+#include "platform/quick/QuickSurfaces.h"
+
+#include "platform/quick/QuickView.h"
+#include "platform/quick/SettingsBridge.h"
+#include "platform/quick/SetupBridge.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace tarnwick::quick {
+
+namespace {
+
+constexpr Qt::WindowFlags panelFlags =
+    Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::WindowDoesNotAcceptFocus;
+
+} // namespace
+
+class QuickPanel : public Panel {
+  public:
+    QuickPanel(QuickSurfaces& s, const Rect& frame, std::shared_ptr<IslandModel> model)
+        : s_(s)
+        , log_(s.log_.makePanel(frame, model))
+        , bridge_(model, s.hooks_.measure, s.hooks_.words ? s.hooks_.words() : BuiltinWords{},
+                  s.actions_, true) {
+        view_ = loadView("island/IslandView.qml", &bridge_);
+        view_->setFlags(panelFlags);
+        view_->setResizeMode(QQuickView::SizeRootObjectToView);
+        if (s.hooks_.toDesktop) view_->setGeometry(s.hooks_.toDesktop(frame));
+        if (s.hooks_.preparePanel) s.hooks_.preparePanel(*view_);
+        s_.panel_ = view_.get();
+    }
+    ~QuickPanel() override {
+        if (s_.panel_ == view_.get()) s_.panel_ = nullptr;
+    }
+
+    void orderFront() override {
+        log_->orderFront();
+        view_->show();
+        view_->raise();
+    }
+    void orderOut() override {
+        log_->orderOut();
+        view_->hide();
+    }
+
+  private:
+    QuickSurfaces& s_;
+    std::unique_ptr<Panel> log_;
+    IslandBridge bridge_;
+    std::unique_ptr<QQuickView> view_;
+};
+
+class QuickWindow : public Window {
+  public:
+    QuickWindow(QuickSurfaces& s, WindowKind kind, const std::string& title,
+                std::shared_ptr<Observable> model)
+        : s_(s)
+        , kind_(kind)
+        , log_(s.log_.makeWindow(kind, title, model)) {
+        if (kind == WindowKind::settings) {
+            if (auto m = std::dynamic_pointer_cast<SettingsView>(model))
+                bridge_ = std::make_unique<SettingsBridge>(m, true);
+            view_ = loadView("settings/SettingsView.qml", bridge_.get());
+        } else {
+            if (auto m = std::dynamic_pointer_cast<SetupView>(model))
+                bridge_ = std::make_unique<SetupBridge>(m, true);
+            view_ = loadView("setup/SetupView.qml", bridge_.get());
+        }
+        view_->setTitle(qs(title));
+        view_->setIcon(QIcon(":/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"));
+        // The close button only hides the window; the log hears of it.
+        QObject::connect(view_.get(), &QWindow::visibleChanged, [this](bool shown) {
+            if (!shown) log_->close();
+        });
+        slot() = view_.get();
+    }
+    ~QuickWindow() override {
+        if (slot() == view_.get()) slot() = nullptr;
+    }
+
+    bool visible() override { return view_->isVisible(); }
+    Size size() override { return {double(view_->width()), double(view_->height())}; }
+    void moveTo(const Point& origin) override {
+        if (!s_.hooks_.toDesktop) return;
+        const auto r = s_.hooks_.toDesktop({origin.x, origin.y, size().w, size().h});
+        view_->setPosition(r.topLeft());
+    }
+    void centre() override {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        if (!screen) return;
+        QRect r(QPoint(), view_->size());
+        r.moveCenter(screen->availableGeometry().center());
+        view_->setPosition(r.topLeft());
+    }
+    void makeKeyAndFront() override {
+        log_->makeKeyAndFront();
+        view_->show();
+        view_->raise();
+        view_->requestActivate();
+    }
+    void close() override {
+        view_->hide();
+        log_->close();
+    }
+
+  private:
+    QWindow*& slot() { return kind_ == WindowKind::settings ? s_.settings_ : s_.setup_; }
+
+    QuickSurfaces& s_;
+    WindowKind kind_;
+    std::unique_ptr<Window> log_;
+    std::unique_ptr<QObject> bridge_;
+    std::unique_ptr<QQuickView> view_;
+};
+
+QuickSurfaces::QuickSurfaces(Surfaces& log, Hooks hooks)
+    : log_(log)
+    , hooks_(std::move(hooks)) {
+    if (!hooks_.measure)
+        hooks_.measure = [this](const std::string& t, double size, FontWeight w) {
+            return textWidth(t, size, w);
+        };
+}
+
+QuickSurfaces::~QuickSurfaces() = default;
+
+std::unique_ptr<Panel> QuickSurfaces::makePanel(const Rect& frame,
+                                                std::shared_ptr<IslandModel> model) {
+    return std::make_unique<QuickPanel>(*this, frame, std::move(model));
+}
+
+std::unique_ptr<Window> QuickSurfaces::makeWindow(WindowKind kind, const std::string& title,
+                                                  std::shared_ptr<Observable> model) {
+    return std::make_unique<QuickWindow>(*this, kind, title, std::move(model));
+}
+
+void QuickSurfaces::activate() {
+    log_.activate();
+    for (QWindow* w : {settings_, setup_})
+        if (w && w->isVisible()) w->requestActivate();
+}
+
+double QuickSurfaces::textWidth(const std::string& text, double pointSize, FontWeight weight) {
+    return fontWidth(text, pointSize, weight);
+}
+
+QWindow* QuickSurfaces::window(WindowKind kind) const {
+    return kind == WindowKind::settings ? settings_ : setup_;
+}
+
+double fontWidth(const std::string& text, double pixelSize, FontWeight weight) {
+    QFont font;
+    font.setPixelSize(std::max(1, int(pixelSize + 0.5)));
+    switch (weight) {
+    case FontWeight::regular:
+        font.setWeight(QFont::Normal);
+        break;
+    case FontWeight::medium:
+        font.setWeight(QFont::Medium);
+        break;
+    case FontWeight::semibold:
+        font.setWeight(QFont::DemiBold);
+        break;
+    case FontWeight::bold:
+        font.setWeight(QFont::Bold);
+        break;
+    }
+    return QFontMetricsF(font).horizontalAdvance(qs(text));
+}
+
+} // namespace tarnwick::quick

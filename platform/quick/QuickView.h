@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <QQuickView>
+#include <QString>
+
+#include <memory>
+#include <string>
+
+namespace tarnwick::quick {
+
+inline QString qs(const std::string& s) {
+    return QString::fromStdString(s);
+}
+inline std::string ss(const QString& s) {
+    return s.toStdString();
+}
+
+// A QML view of ours: `file` is the view's path in the source tree
+// ("island/IslandView.qml"), loaded from the compiled-in resources, with
+// `bridge` as its context property `view`. QML errors go to standard error
+// and leave the view empty rather than ending the program.
+std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge);
+
+// Draws the view's current content into an image with its alpha, waiting
+// for the scene graph; also works for a view that is not shown.
+QImage grab(QQuickView& view);
+
+// The address of one of our symbols ("checkmark.circle.fill").
+QString symbolUrl(const std::string& name);
+
+} // namespace tarnwick::quick

@@ -1,0 +1,6 @@
+import QtQuick
+
+Item {
+    width: 200
+    height: 100
+}
