@@ -7,11 +7,47 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QPainterPath>
+#include <QQuickItem>
+#include <QRegion>
 #include <QScreen>
 
 namespace tarnwick::quick {
 
 namespace {
+
+// "NAME X,Y WxH" for every visible, enabled item with an object name, in
+// desktop pixels, one per line; named items nest, so the order is the tree's.
+std::string describeControls(QQuickView& view) {
+    std::string text;
+    std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
+        if (!item->isVisible() || !item->isEnabled()) return;
+        if (!item->objectName().isEmpty() && item->width() > 0 && item->height() > 0) {
+            const QRectF r = item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+            const QPoint at = view.position() + r.topLeft().toPoint();
+            text += ss(item->objectName()) + " " + std::to_string(at.x()) + "," +
+                    std::to_string(at.y()) + " " + std::to_string(int(r.width())) + "x" +
+                    std::to_string(int(r.height())) + "\n";
+        }
+        for (auto* child : item->childItems())
+            walk(child);
+    };
+    if (view.rootObject()) walk(view.rootObject());
+    return text;
+}
+
+// Follows a view's controls for Hooks::controls.
+void reportControls(QQuickView& view, const std::string& surface,
+                    const std::function<void(const std::string&)>& report) {
+    if (!report) return;
+    auto last = std::make_shared<std::string>();
+    QObject::connect(&view, &QQuickWindow::frameSwapped, &view, [&view, surface, report, last] {
+        auto now = describeControls(view);
+        if (now == *last) return;
+        *last = now;
+        report(surface + " controls:\n" + now);
+    });
+}
 
 constexpr Qt::WindowFlags panelFlags =
     Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::WindowDoesNotAcceptFocus;
@@ -30,6 +66,10 @@ class QuickPanel : public Panel {
         view_->setResizeMode(QQuickView::SizeRootObjectToView);
         if (s.hooks_.toDesktop) view_->setGeometry(s.hooks_.toDesktop(frame));
         if (s.hooks_.preparePanel) s.hooks_.preparePanel(*view_);
+        reportControls(*view_, "island", s.hooks_.controls);
+        if (s.hooks_.compositing && !s.hooks_.compositing())
+            QObject::connect(view_.get(), &QQuickWindow::frameSwapped, view_.get(),
+                             [this] { followOutline(); });
         s_.panel_ = view_.get();
     }
     ~QuickPanel() override {
@@ -47,9 +87,24 @@ class QuickPanel : public Panel {
     }
 
   private:
+    // The card's bounds as drawn, its corners rounded: the island grows and
+    // shrinks, so the cut follows every frame that changes it.
+    void followOutline() {
+        auto* root = view_->rootObject();
+        auto* card = root ? root->findChild<QQuickItem*>("island") : nullptr;
+        if (!card) return;
+        const QRectF r = card->mapRectToScene(QRectF(0, 0, card->width(), card->height()));
+        if (r == outline_) return;
+        outline_ = r;
+        QPainterPath path;
+        path.addRoundedRect(r, 12, 12);
+        view_->setMask(QRegion(path.toFillPolygon().toPolygon()));
+    }
+
     QuickSurfaces& s_;
     std::unique_ptr<Panel> log_;
     IslandBridge bridge_;
+    QRectF outline_;
     std::unique_ptr<QQuickView> view_;
 };
 
@@ -69,6 +124,8 @@ class QuickWindow : public Window {
                 bridge_ = std::make_unique<SetupBridge>(m, true);
             view_ = loadView("setup/SetupView.qml", bridge_.get());
         }
+        reportControls(*view_, kind == WindowKind::settings ? "settings" : "setup",
+                       s.hooks_.controls);
         view_->setTitle(qs(title));
         view_->setIcon(QIcon(":/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"));
         // The close button only hides the window; the log hears of it.

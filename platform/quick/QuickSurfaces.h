@@ -23,6 +23,12 @@ class QuickSurfaces : public Surfaces {
         // what Qt cannot say itself (every workspace, the outline without a
         // compositor).
         std::function<void(QWindow&)> preparePanel;
+        // False: transparent pixels would show black, so the panel's window is
+        // cut to the island's outline instead.
+        std::function<bool()> compositing;
+        // Set: each view's named controls and where they stand on the desktop
+        // go here whenever they change, so that a script can press them.
+        std::function<void(const std::string&)> controls;
         Measure measure;
         std::function<BuiltinWords()> words;
     };

@@ -3,9 +3,12 @@
 // it plays a scenario on the simulated desktop (the built-in demo unless a
 // file is named).
 #include "app/App.h"
+#include "platform/quick/QuickSurfaces.h"
+#include "platform/quick/Tray.h"
 #include "platform/x11/CanberraAudio.h"
 #include "platform/x11/DesktopEntries.h"
 #include "platform/x11/LogSurfaces.h"
+#include "platform/x11/PanelWindows.h"
 #include "platform/x11/PosixFiles.h"
 #include "platform/x11/PosixProcesses.h"
 #include "platform/x11/QtDispatch.h"
@@ -20,7 +23,7 @@
 #include "platform/x11/XdgDefaults.h"
 #include "platform/x11/XdgLoginItems.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -158,11 +161,14 @@ int main(int argc, char** argv) {
     }
     // Qt draws on the same display; the platform plugin is ours to choose.
     qputenv("QT_QPA_PLATFORM", "xcb");
+    // The views are small and mostly still: Qt Quick's software renderer
+    // draws them without loading a GL driver (tens of megabytes, and threads).
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) qputenv("QT_QUICK_BACKEND", "software");
     int qtArgc = 1;
-    QGuiApplication qt(qtArgc, argv);
-    QGuiApplication::setApplicationName("Tarnwick");
-    QGuiApplication::setDesktopFileName(X11Workspace::identifier);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QApplication qt(qtArgc, argv);
+    QApplication::setApplicationName("Tarnwick");
+    QApplication::setDesktopFileName(X11Workspace::identifier);
+    QApplication::setQuitOnLastWindowClosed(false);
     exitLog = &log;
     std::atexit(onExit);
 
@@ -176,7 +182,7 @@ int main(int argc, char** argv) {
         char byte;
         (void)!::read(signalPipe[0], &byte, 1);
         log.line("Asked to quit");
-        QGuiApplication::quit();
+        QApplication::quit();
     });
 
     const char* homeEnv = std::getenv("HOME");
@@ -198,13 +204,34 @@ int main(int argc, char** argv) {
     PosixProcesses processes(log);
     SessionBus bus(log);
     X11Workspace workspace(windows, entries, bus, executable, home);
-    LogSurfaces surfaces(log);
+    LogSurfaces logSurfaces(log);
+    quick::QuickSurfaces surfaces(
+        logSurfaces,
+        {.toDesktop =
+             [&](const Rect& r) {
+                 // The core's space is bottom-left based on the primary's bottom edge.
+                 const auto monitors = screens.monitors();
+                 const Point o = screens.origin();
+                 const double bottom = o.y + (monitors.empty() ? 0 : monitors.front().frame.h);
+                 return QRect(int(o.x + r.x), int(bottom - r.y - r.h), int(r.w), int(r.h));
+             },
+         .preparePanel = [&](QWindow& w) { showOnEveryWorkspace(*main, uint32_t(w.winId())); },
+         .compositing = [&] { return compositing(*main); },
+         .controls = qEnvironmentVariableIsSet("TARNWICK_LOG_CONTROLS")
+                         ? std::function<void(const std::string&)>(
+                               [&](const std::string& text) { log.line(text); })
+                         : nullptr});
     Platform ports{dispatch, screens, notifications, defaults,  login,     trust,   audio,
                    log,      windows, userFiles,     processes, workspace, surfaces};
 
     int status = 0;
     {
         App app(ports, args);
+        surfaces.setIslandActions(
+            {.move = [&](const auto& m, Selection which) { app.island().move(m, which); },
+             .retarget = [&](const auto& m,
+                             const tarnwick::Display& d) { app.island().retarget(m, d); },
+             .close = [&](Closing how) { app.island().close(how); }});
         log.line(std::string("Tarnwick ") + TARNWICK_VERSION + " on " + (display ? display : ""));
         app.didFinishLaunching();
         bus.onAction([&](const std::string& name) {
@@ -217,15 +244,18 @@ int main(int argc, char** argv) {
             else if (name == "settings")
                 app.settingsWindow().show();
             else if (name == "quit")
-                QGuiApplication::quit();
+                QApplication::quit();
             else
                 return false;
             return true;
         });
-        bus.claim([&] { app.shouldHandleReopen(false); }, [&] { QGuiApplication::quit(); });
-        // Until the tray draws it, the menu's commands go to the log when
-        // they change (the status lines are logged on their own).
-        auto menu = app.makeMenu();
+        bus.claim([&] { app.shouldHandleReopen(false); }, [&] { QApplication::quit(); });
+        quick::Tray tray(app.makeMenu());
+        if (!QSystemTrayIcon::isSystemTrayAvailable())
+            log.line("No system tray: the menu is reached through the desktop entry's actions");
+        // The menu's commands also go to the log when they change (the status
+        // lines are logged on their own), for whoever runs it without a tray.
+        auto* menu = &tray.model();
         std::string menuText;
         auto logMenu = [&] {
             std::string text;
@@ -238,7 +268,7 @@ int main(int argc, char** argv) {
         };
         logMenu();
         auto menuWatch = menu->observe(logMenu);
-        status = QGuiApplication::exec();
+        status = QApplication::exec();
         leftEventLoop = true;
         // Background work refers to the core: it ends before the core does.
         dispatch.shutdown();
