@@ -1,6 +1,64 @@
 import QtQuick
+import QtQuick.Controls.Basic
+import "Style.js" as Style
 
-Item {
-    width: 200
-    height: 100
+// The settings window: one grouped form, scrolling, drawn from what the
+// view model decides.
+Rectangle {
+    id: root
+    objectName: "settingsRoot"
+
+    width: view.windowWidth
+    height: view.windowHeight
+    color: Style.window
+
+    Flickable {
+        id: flick
+        objectName: "settingsScroll"
+        anchors.fill: parent
+        contentWidth: width
+        contentHeight: form.implicitHeight + 44
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        ScrollBar.vertical: ScrollBar {
+            policy: flick.contentHeight > flick.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
+        }
+
+        Column {
+            id: form
+            x: 22
+            y: 20
+            width: flick.width - 44
+            spacing: 18
+            // A count rather than the list itself: a refresh of the same shape
+            // then updates the rows in place and the keyboard focus stays put.
+            Repeater {
+                model: view.sections.length
+                FormSection {
+                    width: form.width
+                    section: view.sections[index]
+                    sectionIndex: index
+                }
+            }
+        }
+    }
+
+    // Tabbing to a control below the fold scrolls it into view.
+    Connections {
+        target: root.Window.window
+        function onActiveFocusItemChanged() {
+            let item = root.Window.activeFocusItem
+            let inside = false
+            for (let p = item; p; p = p.parent)
+                if (p === flick.contentItem) inside = true
+            if (!inside)
+                return
+            const top = item.mapToItem(flick.contentItem, 0, 0).y
+            const bottom = top + item.height
+            if (top - 12 < flick.contentY)
+                flick.contentY = Math.max(0, top - 12)
+            else if (bottom + 12 > flick.contentY + flick.height)
+                flick.contentY = Math.min(flick.contentHeight - flick.height, bottom + 12 - flick.height)
+        }
+    }
 }

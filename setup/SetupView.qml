@@ -1,6 +1,118 @@
 import QtQuick
+import QtQuick.Controls.Basic
+import "../settings/Style.js" as Style
 
-Item {
-    width: 200
-    height: 100
+// The first-run window: header, checklist and the card of the current step,
+// as tall as its content.
+Rectangle {
+    id: root
+    objectName: "setupRoot"
+
+    readonly property var layout: view.layout
+    readonly property var card: view.card
+
+    width: layout.width
+    height: content.implicitHeight + 2 * layout.padding
+    color: Style.window
+    focus: true
+
+    // Return answers the card's default button wherever the focus is; the
+    // buttons themselves only take Space, so the key reaches here.
+    function pressDefault() {
+        const buttons = card.buttons || []
+        for (let i = 0; i < buttons.length; ++i)
+            if (buttons[i].isDefault)
+                return view.press(buttons[i].action)
+        return false
+    }
+    Keys.onReturnPressed: pressDefault()
+    Keys.onEnterPressed: pressDefault()
+
+    Column {
+        id: content
+        x: root.layout.padding
+        y: root.layout.padding
+        width: root.width - 2 * root.layout.padding
+        spacing: root.layout.spacing
+
+        Row {
+            spacing: root.layout.iconGap
+            Image {
+                width: root.layout.iconSize
+                height: root.layout.iconSize
+                sourceSize: Qt.size(2 * width, 2 * height)
+                source: "qrc:/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"
+            }
+            Column {
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: root.layout.titleGap
+                Text {
+                    objectName: "setupTitle"
+                    text: view.header.title
+                    font.pixelSize: Style.title2
+                    font.weight: Font.Bold
+                    color: Style.primary
+                }
+                Text {
+                    objectName: "setupSubtitle"
+                    text: view.header.subtitle
+                    font.pixelSize: Style.body
+                    color: Style.secondary
+                }
+            }
+        }
+
+        Column {
+            objectName: "setupChecklist"
+            spacing: root.layout.rowSpacing
+            Repeater {
+                model: view.checklist.length
+                ChecklistRow {
+                    row: view.checklist[index]
+                    symbolSize: root.layout.symbolSize
+                    gap: root.layout.symbolGap
+                }
+            }
+        }
+
+        Item {
+            id: cardArea
+            width: content.width
+            height: stepCard.height
+            clip: transition.running
+
+            SetupCard {
+                id: stepCard
+                objectName: "setupCard"
+                width: parent.width
+                card: root.card
+                layout: root.layout
+            }
+
+            // A new step brings a new card, which fades and slides in from
+            // the trailing edge.
+            property int step: root.card.step
+            onStepChanged: if (view.animate) transition.restart()
+            ParallelAnimation {
+                id: transition
+                NumberAnimation {
+                    target: stepCard
+                    property: "opacity"
+                    from: 0
+                    to: 1
+                    duration: 260
+                    easing.type: Easing.OutCubic
+                }
+                NumberAnimation {
+                    target: stepCard
+                    property: "x"
+                    from: 48
+                    to: 0
+                    duration: 420
+                    easing.type: Easing.OutBack
+                    easing.overshoot: 0.8
+                }
+            }
+        }
+    }
 }

@@ -1,5 +1,7 @@
 #include "platform/quick/QuickView.h"
 
+#include "platform/quick/SettingsBridge.h"
+
 #include <QEventLoop>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -15,6 +17,7 @@ std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge) {
     auto view = std::make_unique<QQuickView>();
     view->setColor(Qt::transparent);
     view->setResizeMode(QQuickView::SizeViewToRootObject);
+    addImageProviders(*view->engine());
     view->rootContext()->setContextProperty("view", bridge);
     view->setSource(QUrl("qrc:/tarnwick/" + file));
     for (const auto& e : view->errors())

@@ -4,8 +4,11 @@
 
 #include <QImage>
 #include <QObject>
+#include <QVariantList>
 
 #include <memory>
+
+class QQmlEngine;
 
 namespace tarnwick::quick {
 
@@ -14,16 +17,47 @@ namespace tarnwick::quick {
 // slides handed back to it. Main thread only.
 class SettingsBridge : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
+    Q_PROPERTY(bool animate READ animate CONSTANT)
+    Q_PROPERTY(qreal windowWidth READ windowWidth CONSTANT)
+    Q_PROPERTY(qreal windowHeight READ windowHeight CONSTANT)
   public:
     SettingsBridge(std::shared_ptr<SettingsView> model, bool animate, QObject* parent = nullptr);
     ~SettingsBridge() override;
 
+    QVariantList sections() const { return sections_; }
+    bool animate() const { return animate_; }
+    qreal windowWidth() const { return SettingsView::width; }
+    qreal windowHeight() const { return SettingsView::height; }
+
+    // The form is looked up again for every action: a click may arrive after
+    // the form changed under it, and then it must not act on a stale item.
+    Q_INVOKABLE void press(int section, int item);
+    Q_INVOKABLE void toggle(int section, int item, bool on);
+    Q_INVOKABLE void choose(int section, int item, int choice);
+    Q_INVOKABLE void slide(double seconds);
+    Q_INVOKABLE void setAppIncluded(const QString& bundle, bool on);
+
+  signals:
+    void changed();
+
   private:
+    void refresh();
+    const FormItem* find(const std::vector<FormSection>& form, int section, int item) const;
+
     std::shared_ptr<SettingsView> model_;
     bool animate_;
+    QVariantList sections_;
+    Subscription subscription_;
 };
 
 // The settings window as it looks now, whole; the scenario runner's pictures.
 QImage shootSettings(std::shared_ptr<SettingsView> model);
+
+// The images the forms draw besides plain files: "image://symbol/RRGGBB/NAME"
+// is one of our symbols in that colour (the SVGs are white), and
+// "image://appicon/NAME" an application's icon from the icon theme or a
+// file, our own icon when neither has it.
+void addImageProviders(QQmlEngine& engine);
 
 } // namespace tarnwick::quick

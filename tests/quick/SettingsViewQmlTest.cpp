@@ -1,1 +1,148 @@
+#include "platform/quick/QuickView.h"
+#include "platform/quick/SettingsBridge.h"
+#include "prefs/Prefs.h"
+#include "settings/SettingsWindow.h"
+
+#include "tests/app/ShellWorld.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QSet>
+
 #include <gtest/gtest.h>
+
+using namespace tarnwick;
+using tarnwick::shelltest::ShellWorld;
+
+namespace {
+
+// The running settings window over the whole program on a simulated desktop.
+struct Form : ShellWorld {
+    std::unique_ptr<quick::SettingsBridge> bridge;
+    std::unique_ptr<QQuickView> window;
+
+    Form() {
+        launch();
+        app->settingsWindow().show();
+        bridge = std::make_unique<quick::SettingsBridge>(app->settingsWindow().view(), false);
+        window = quick::loadView("settings/SettingsView.qml", bridge.get());
+        window->show();
+    }
+    SettingsView& model() { return *app->settingsWindow().view(); }
+    QQuickItem* root() { return window->rootObject(); }
+
+    // Every text on screen, each as the Text item shows it.
+    QSet<QString> texts() {
+        QSet<QString> out;
+        for (auto* item : root()->findChildren<QQuickItem*>())
+            if (item->inherits("QQuickText") && item->isVisible())
+                out << item->property("text").toString();
+        return out;
+    }
+    QQuickItem* control(const char* type, const QString& text) {
+        for (auto* item : root()->findChildren<QQuickItem*>())
+            if (item->inherits(type) && item->isVisible() &&
+                (text.isNull() || item->property("text").toString() == text))
+                return item;
+        ADD_FAILURE() << "no " << type << " " << text.toStdString();
+        return nullptr;
+    }
+    void key(QQuickItem* item, Qt::Key k) {
+        item->forceActiveFocus(Qt::TabFocusReason);
+        QKeyEvent press(QEvent::KeyPress, k, Qt::NoModifier);
+        QKeyEvent release(QEvent::KeyRelease, k, Qt::NoModifier);
+        QGuiApplication::sendEvent(window.get(), &press);
+        QGuiApplication::sendEvent(window.get(), &release);
+    }
+    // What the form asks to show that the window does not.
+    std::vector<std::string> missing() {
+        const auto shown = texts();
+        std::vector<std::string> out;
+        auto need = [&](const std::string& s) {
+            if (!s.empty() && !shown.contains(quick::qs(s))) out.push_back(s);
+        };
+        using K = FormItem::Kind;
+        for (const auto& s : model().form()) {
+            need(s.title);
+            need(s.footer);
+            for (const auto& i : s.items) {
+                need(i.text);
+                if (i.kind == K::popup) need(i.choices[i.chosen]);
+                if (i.kind == K::segmented)
+                    for (const auto& c : i.choices)
+                        need(c);
+                if (i.kind != K::toggle && i.kind != K::app) need(i.detail);
+            }
+        }
+        return out;
+    }
+};
+
+} // namespace
+
+TEST(SettingsViewQml, ShowsTheWholeFormForOneDisplayAndForTwo) {
+    Form f;
+    ASSERT_TRUE(f.root());
+    EXPECT_EQ(f.root()->width(), 560);
+    EXPECT_EQ(f.root()->height(), 780);
+    EXPECT_EQ(f.missing(), std::vector<std::string>{});
+    EXPECT_TRUE(f.texts().contains("Connect a second display to move windows between screens."));
+    for (const char* text : {"Save layout now", "Restore layout"})
+        if (auto* b = f.control("QQuickAbstractButton", text)) EXPECT_FALSE(b->isEnabled()) << text;
+
+    f.plugStudio();
+    EXPECT_EQ(f.missing(), std::vector<std::string>{});
+    EXPECT_TRUE(f.texts().contains("2560 \u00d7 1440 \u00b7 external"));
+    EXPECT_FALSE(f.texts().contains("Connect a second display to move windows between screens."));
+    for (const char* text : {"Save layout now", "Restore layout"})
+        if (auto* b = f.control("QQuickAbstractButton", text)) EXPECT_TRUE(b->isEnabled()) << text;
+    EXPECT_EQ(f.root()->height(), 780); // the form scrolls; the window keeps its size
+}
+
+TEST(SettingsViewQml, KeyboardControlsReachThePreferences) {
+    Form f;
+    auto& prefs = f.app->prefs();
+    auto* chime = f.control("QQuickSwitch", "Play a chime when a display connects or disconnects");
+    ASSERT_TRUE(chime);
+    ASSERT_TRUE(prefs.playSounds());
+    f.key(chime, Qt::Key_Space);
+    EXPECT_FALSE(prefs.playSounds());
+    EXPECT_FALSE(chime->property("checked").toBool());
+
+    // A change made elsewhere (the menu) shows in the switch too.
+    prefs.setPlaySounds(true);
+    EXPECT_TRUE(chime->property("checked").toBool());
+
+    // The slider moves by whole steps and its text follows the preference.
+    EXPECT_TRUE(f.texts().contains("2.0 s"));
+    auto* slider = f.control("QQuickSlider", QString());
+    ASSERT_TRUE(slider);
+    f.key(slider, Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(prefs.delay(), 2.5);
+    EXPECT_TRUE(f.texts().contains("2.5 s"));
+    for (int n = 0; n < 20; ++n)
+        f.key(slider, Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(prefs.delay(), 6.0);
+    EXPECT_TRUE(f.texts().contains("6.0 s"));
+}
+
+TEST(SettingsViewQml, PickersAndAppSwitchesAnswerTheirOwnRow) {
+    Form f;
+    auto& prefs = f.app->prefs();
+    // "Fill screen" is only on the placement picker; the action picker must not move.
+    const auto before = prefs.onConnect();
+    if (auto* fill = f.control("QQuickAbstractButton", "Fill screen")) f.key(fill, Qt::Key_Space);
+    EXPECT_EQ(prefs.placement(), Placement::fill);
+    EXPECT_EQ(prefs.onConnect(), before);
+    EXPECT_TRUE(f.texts().contains("Every window fills the new display."));
+
+    // An excluded app that is not running: switching it on takes it out of the list.
+    prefs.setExcluded({"com.gone.Thing", "com.gone.Thing"});
+    auto* gone = f.control("QQuickSwitch", "com.gone.Thing");
+    ASSERT_TRUE(gone);
+    EXPECT_FALSE(gone->property("checked").toBool());
+    f.key(gone, Qt::Key_Space);
+    EXPECT_EQ(prefs.excluded(), std::vector<std::string>{});
+    EXPECT_FALSE(f.texts().contains("com.gone.Thing"));
+}

@@ -1,0 +1,102 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import "Style.js" as Style
+
+// A pop-up picker showing only the chosen entry.
+ComboBox {
+    id: combo
+
+    property string label: ""
+
+    implicitWidth: Math.max(200, contentWidthHint + 44)
+    implicitHeight: 24
+    font.pixelSize: Style.body
+    focusPolicy: Qt.StrongFocus
+    Accessible.name: label
+    leftPadding: 10
+    rightPadding: 28
+
+    readonly property real contentWidthHint: {
+        let widest = 0
+        for (let i = 0; i < measures.count; ++i)
+            widest = Math.max(widest, measures.itemAt(i).implicitWidth)
+        return widest
+    }
+    Repeater {
+        id: measures
+        model: combo.model
+        Text {
+            visible: false
+            text: modelData
+            font: combo.font
+        }
+    }
+
+    background: Rectangle {
+        radius: 6
+        color: combo.down ? Style.controlPressed : Style.control
+        border.width: 1
+        border.color: Style.controlBorder
+        FocusRing {
+            visible: combo.visualFocus
+            radius: parent.radius + 3
+        }
+    }
+    contentItem: Text {
+        text: combo.displayText
+        font: combo.font
+        color: Style.primary
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+    indicator: Rectangle {
+        x: combo.width - width - 3
+        y: 3
+        width: 18
+        height: combo.height - 6
+        radius: 4
+        color: Style.accent
+        Image {
+            anchors.centerIn: parent
+            width: 10
+            height: 10
+            sourceSize: Qt.size(10, 10)
+            source: Style.symbol("chevron.down", "#ffffff")
+        }
+    }
+    delegate: ItemDelegate {
+        required property int index
+        required property var modelData
+        width: combo.width
+        height: 26
+        highlighted: combo.highlightedIndex === index
+        contentItem: Text {
+            text: modelData
+            font: combo.font
+            color: highlighted ? "#ffffff" : Style.primary
+            verticalAlignment: Text.AlignVCenter
+        }
+        background: Rectangle {
+            radius: 4
+            color: highlighted ? Style.accent : "transparent"
+        }
+    }
+    popup: Popup {
+        y: combo.height + 2
+        width: combo.width
+        padding: 4
+        implicitHeight: contentItem.implicitHeight + 8
+        contentItem: ListView {
+            clip: true
+            implicitHeight: contentHeight
+            model: combo.popup.visible ? combo.delegateModel : null
+            currentIndex: combo.highlightedIndex
+        }
+        background: Rectangle {
+            radius: 7
+            color: "#fbfbfc"
+            border.width: 1
+            border.color: Style.boxBorder
+        }
+    }
+}

@@ -1,0 +1,112 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import "../settings/Style.js" as Style
+
+// The card of one step: what it asks, why, and the buttons that answer.
+Rectangle {
+    id: cardBox
+
+    property var card: ({})
+    property var layout: ({})
+    readonly property var buttons: card.buttons || []
+
+    height: column.implicitHeight + 2 * layout.cardPadding
+    radius: layout.cardCornerRadius
+    color: Qt.rgba(0, 0, 0, 0.1 * layout.cardFillOpacity + 0.02)
+    border.width: 1
+    border.color: Qt.rgba(0, 0, 0, 0.05)
+
+    Column {
+        id: column
+        x: cardBox.layout.cardPadding
+        y: cardBox.layout.cardPadding
+        width: cardBox.width - 2 * cardBox.layout.cardPadding
+        spacing: cardBox.layout.cardSpacing
+
+        Text {
+            objectName: "cardTitle"
+            width: parent.width
+            text: cardBox.card.title || ""
+            font.pixelSize: 14
+            font.weight: Font.DemiBold
+            color: Style.primary
+            wrapMode: Text.WordWrap
+        }
+        Text {
+            objectName: "cardBody"
+            width: parent.width
+            text: cardBox.card.body || ""
+            font.pixelSize: Style.body
+            color: Style.secondary
+            wrapMode: Text.WordWrap
+            lineHeight: 1.12
+        }
+        Text {
+            objectName: "cardError"
+            visible: text !== ""
+            width: parent.width
+            text: cardBox.card.error || ""
+            font.pixelSize: Style.callout
+            color: Style.red
+            wrapMode: Text.WordWrap
+        }
+        Item {
+            width: parent.width
+            height: buttonRow.implicitHeight + cardBox.layout.buttonsTopPadding
+            RowLayout {
+                id: buttonRow
+                y: cardBox.layout.buttonsTopPadding
+                width: parent.width
+                spacing: cardBox.layout.buttonSpacing
+
+                RowLayout {
+                    visible: (cardBox.card.waiting || "") !== ""
+                    spacing: cardBox.layout.spinnerGap
+                    BusyIndicator {
+                        objectName: "cardSpinner"
+                        running: parent.visible
+                        Layout.preferredWidth: 16
+                        Layout.preferredHeight: 16
+                        padding: 0
+                        contentItem: Spinner {
+                            running: parent.running && view.animate
+                        }
+                    }
+                    Text {
+                        objectName: "cardWaiting"
+                        text: cardBox.card.waiting || ""
+                        font.pixelSize: Style.callout
+                        color: Style.secondary
+                    }
+                }
+                Item {
+                    visible: (cardBox.card.waiting || "") !== ""
+                    Layout.fillWidth: true
+                }
+                Repeater {
+                    model: cardBox.buttons.length
+                    SetupButton {
+                        objectName: "cardButton" + index
+                        text: cardBox.buttons[index].label
+                        isDefault: cardBox.buttons[index].isDefault
+                        onClicked: view.press(cardBox.buttons[index].action)
+                    }
+                }
+                Item {
+                    visible: (cardBox.card.waiting || "") === ""
+                    Layout.fillWidth: true
+                }
+            }
+        }
+        Text {
+            objectName: "cardFooter"
+            visible: text !== ""
+            width: parent.width
+            text: cardBox.card.footer || ""
+            font.pixelSize: Style.caption
+            color: Style.secondary
+            wrapMode: Text.WordWrap
+        }
+    }
+}
