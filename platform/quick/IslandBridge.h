@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Observable.h"
 #include "island/Island.h"
 #include "island/IslandModel.h"
 #include "island/IslandView.h"
@@ -7,6 +8,9 @@
 #include <QImage>
 #include <QObject>
 #include <QQuickView>
+#include <QString>
+#include <QVariantList>
+#include <QVariantMap>
 
 #include <functional>
 #include <memory>
@@ -25,6 +29,22 @@ struct IslandActions {
 // handed back to the model or the presenter. Main thread only.
 class IslandBridge : public QObject {
     Q_OBJECT
+    // The card: notched, width, earPadding, outerWidth, minHeight (0 when
+    // none), topSpace, shadowOpacity, shape ("notch" or "rounded"), earRadius,
+    // cornerRadius, strokeOpacity.
+    Q_PROPERTY(QVariantMap frame READ frame NOTIFY changed)
+    Q_PROPERTY(bool expanded READ expanded NOTIFY changed)
+    // "announce", "loading", "chooser", "moving", "done"; while the island is
+    // tucked in, the phase it showed last, so that its content can fade out.
+    Q_PROPERTY(QString kind READ kind NOTIFY changed)
+    Q_PROPERTY(QVariantMap content READ content NOTIFY changed)
+    // How the latest change should play: curve ("none", "spring",
+    // "easeOut"), response, damping, duration. Told before `changed`, so that
+    // the transitions the change starts already use it.
+    Q_PROPERTY(QVariantMap animation READ animation NOTIFY animationChanged)
+    Q_PROPERTY(bool animate READ animate CONSTANT)
+    Q_PROPERTY(QStringList texts READ texts NOTIFY changed)
+
   public:
     // `animate` false: every change lands at its end state at once (pictures, tests).
     IslandBridge(std::shared_ptr<IslandModel> model, Measure measure, BuiltinWords words,
@@ -33,12 +53,46 @@ class IslandBridge : public QObject {
 
     const std::shared_ptr<IslandModel>& model() const { return model_; }
 
+    QVariantMap frame() const { return frame_; }
+    bool expanded() const { return model_->expanded(); }
+    QString kind() const { return kind_; }
+    QVariantMap content() const { return content_; }
+    QVariantMap animation() const { return animation_; }
+    bool animate() const { return animate_; }
+    QStringList texts() const;
+
+    // The notched card's outline in SVG path syntax, for a card of this size
+    // (the size changes while it animates, so QML asks as it goes).
+    Q_INVOKABLE QString notchPath(qreal width, qreal height, qreal top, qreal bottom) const;
+    // A symbol of ours, recoloured: the files are white, and Qt Quick has no
+    // cheap tint without graphical effects.
+    Q_INVOKABLE QString symbol(const QString& name, const QColor& color) const;
+
+    Q_INVOKABLE void tap(const QString& id);
+    Q_INVOKABLE void selectAll();
+    Q_INVOKABLE void move(bool all);
+    Q_INVOKABLE void retarget(int displayId);
+    Q_INVOKABLE void notNow();
+
+  signals:
+    void changed();
+    void animationChanged();
+
   private:
+    void refresh();
+    IslandView view() const { return IslandView(*model_, measure_, words_); }
+
     std::shared_ptr<IslandModel> model_;
     Measure measure_;
     BuiltinWords words_;
     IslandActions actions_;
     bool animate_;
+    Subscription subscription_;
+
+    QVariantMap frame_;
+    QString kind_;
+    QVariantMap content_;
+    QVariantMap animation_;
 };
 
 // The island drawn for `model` at its end state, the panel's transparent

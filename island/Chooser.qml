@@ -1,0 +1,330 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+// The window chooser: what arrived, where the windows go, which of them go,
+// and the three buttons.
+Item {
+    id: chooser
+    readonly property var c: view.content
+    readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
+    readonly property color green: "#32d74b"
+
+    implicitHeight: 4 + column.implicitHeight
+
+    // Rows are kept by id and updated in place, so a tick animates and the
+    // hovered or focused row stays the same row.
+    ListModel { id: rows }
+    function syncRows() {
+        const next = c && c.list ? c.list.rows : [];
+        let same = next.length === rows.count;
+        for (let i = 0; same && i < next.length; ++i)
+            same = rows.get(i).rowId === next[i].id;
+        if (!same) {
+            rows.clear();
+            for (let i = 0; i < next.length; ++i)
+                rows.append(entry(next[i]));
+            return;
+        }
+        for (let i = 0; i < next.length; ++i)
+            rows.set(i, entry(next[i]));
+    }
+    function entry(r) {
+        return {
+            rowId: r.id, icon: r.icon, app: r.app, title: r.title,
+            fullscreen: r.fullscreen, selected: r.selected, mark: r.mark
+        };
+    }
+    Component.onCompleted: syncRows()
+    Connections {
+        target: view
+        function onChanged() {
+            if (view.kind === "chooser") chooser.syncRows();
+        }
+    }
+
+    ColumnLayout {
+        id: column
+        y: 4
+        width: parent.width
+        spacing: 12
+
+        // Header
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 12
+            Rectangle {
+                implicitWidth: 38
+                implicitHeight: 38
+                radius: 10
+                color: Qt.rgba(0.3, 0.56, 1.0, 0.25)
+                Symbol {
+                    anchors.centerIn: parent
+                    name: c.header.symbol
+                    size: 20
+                }
+            }
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 2
+                Text {
+                    objectName: "chooserTitle"
+                    Layout.fillWidth: true
+                    text: c.header.title
+                    elide: Text.ElideRight
+                    maximumLineCount: 1
+                    font.pixelSize: 15
+                    font.weight: Font.DemiBold
+                    color: "white"
+                }
+                Text {
+                    objectName: "chooserSubtitle"
+                    Layout.fillWidth: true
+                    text: c.header.subtitle
+                    elide: Text.ElideRight
+                    font.pixelSize: 11
+                    color: Qt.rgba(1, 1, 1, 0.55)
+                }
+            }
+            AbstractButton {
+                id: selectAll
+                objectName: "selectAll"
+                Layout.alignment: Qt.AlignVCenter
+                text: c.header.selectLabel
+                opacity: c.header.selectOpacity
+                enabled: c.header.selectOpacity > 0
+                padding: 4
+                activeFocusOnTab: true
+                focusPolicy: Qt.StrongFocus
+                Accessible.role: Accessible.Button
+                Accessible.name: text
+                Keys.onReturnPressed: clicked()
+                onClicked: view.selectAll()
+                contentItem: Text {
+                    text: selectAll.text
+                    font.pixelSize: 11
+                    font.weight: Font.Medium
+                    font.underline: selectAll.visualFocus
+                    color: selectAll.pressed ? Qt.lighter(chooser.accent, 1.3) : chooser.accent
+                }
+                background: Item {}
+            }
+        }
+
+        // Destination
+        RowLayout {
+            objectName: "destination"
+            Layout.alignment: Qt.AlignHCenter
+            spacing: 6
+            Text {
+                text: c.destination.caption
+                font.pixelSize: 11
+                font.weight: Font.Medium
+                color: Qt.rgba(1, 1, 1, 0.5)
+            }
+            Row {
+                objectName: "pills"
+                visible: c.destination.control !== "menu"
+                spacing: 6
+                Repeater {
+                    model: c.destination.pills
+                    DestinationPill {
+                        required property var modelData
+                        objectName: "pill-" + modelData.display
+                        symbolName: modelData.symbol
+                        label: modelData.label
+                        selected: modelData.selected
+                        maxName: c.destination.control === "compact" ? 130 : 170
+                        onClicked: view.retarget(modelData.display)
+                    }
+                }
+            }
+            AbstractButton {
+                id: menuButton
+                objectName: "destinationMenu"
+                visible: c.destination.control === "menu"
+                leftPadding: 11
+                rightPadding: 11
+                topPadding: 6
+                bottomPadding: 6
+                activeFocusOnTab: true
+                focusPolicy: Qt.StrongFocus
+                text: c.destination.menuLabel
+                Accessible.role: Accessible.ButtonMenu
+                Accessible.name: "Move to " + text
+                Keys.onReturnPressed: clicked()
+                Keys.onSpacePressed: clicked()
+                onClicked: menu.opened ? menu.close() : menu.popup(menuButton, 0, menuButton.height + 4)
+                contentItem: Row {
+                    spacing: 6
+                    Symbol {
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: c.destination.menuSymbol
+                        size: 14
+                    }
+                    Text {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: menuButton.text
+                        maximumLineCount: 1
+                        font.pixelSize: 11
+                        font.weight: Font.DemiBold
+                        color: "white"
+                    }
+                    Symbol {
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: "chevron.down"
+                        size: 9
+                    }
+                }
+                background: Rectangle {
+                    radius: height / 2
+                    color: chooser.accent
+                    border.width: menuButton.visualFocus ? 2 : 0
+                    border.color: Qt.rgba(1, 1, 1, 0.55)
+                }
+
+                Menu {
+                    id: menu
+                    objectName: "destinationEntries"
+                    padding: 5
+                    background: Rectangle {
+                        implicitWidth: 220
+                        color: "#262628"
+                        radius: 10
+                        border.width: 1
+                        border.color: Qt.rgba(1, 1, 1, 0.12)
+                    }
+                    Instantiator {
+                        model: c.destination.entries
+                        delegate: MenuItem {
+                            id: entry
+                            required property var modelData
+                            text: modelData.label
+                            implicitHeight: 28
+                            Accessible.name: text
+                            onTriggered: view.retarget(modelData.display)
+                            contentItem: Row {
+                                spacing: 8
+                                leftPadding: 4
+                                Symbol {
+                                    anchors.verticalCenter: parent.verticalCenter
+                                    name: entry.modelData.symbol
+                                    size: 14
+                                }
+                                Text {
+                                    anchors.verticalCenter: parent.verticalCenter
+                                    text: entry.text
+                                    font.pixelSize: 12
+                                    color: "white"
+                                }
+                            }
+                            background: Rectangle {
+                                radius: 6
+                                color: entry.highlighted ? chooser.accent : "transparent"
+                            }
+                        }
+                        onObjectAdded: (index, object) => menu.insertItem(index, object)
+                        onObjectRemoved: (index, object) => menu.removeItem(object)
+                    }
+                }
+            }
+        }
+
+        // The window list, or the line saying there is nothing to move.
+        RowLayout {
+            objectName: "emptyLine"
+            visible: rows.count === 0
+            Layout.fillWidth: true
+            Layout.preferredHeight: c.list.height
+            spacing: 8
+            Item { Layout.fillWidth: true }
+            Symbol {
+                name: "checkmark.circle"
+                size: 16
+                color: chooser.green
+            }
+            Text {
+                text: c.list.emptyText
+                font.pixelSize: 12
+                font.weight: Font.Medium
+                color: Qt.rgba(1, 1, 1, 0.7)
+            }
+            Item { Layout.fillWidth: true }
+        }
+        Flickable {
+            id: list
+            objectName: "chooserList"
+            visible: rows.count > 0
+            Layout.fillWidth: true
+            Layout.preferredHeight: c.list.height
+            clip: true
+            contentWidth: width
+            contentHeight: stack.height
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: c.list.scrolls
+            ScrollBar.vertical: ScrollBar {
+                objectName: "scrollIndicator"
+                policy: c.list.scrolls ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+                width: 6
+                padding: 0
+                contentItem: Rectangle {
+                    implicitWidth: 4
+                    radius: 2
+                    color: Qt.rgba(1, 1, 1, 0.3)
+                }
+                background: Item {}
+            }
+            Column {
+                id: stack
+                width: list.width - (c.list.scrolls ? 10 : 0)
+                spacing: 4
+                Repeater {
+                    model: rows
+                    WindowRow {
+                        width: stack.width
+                        rowId: model.rowId
+                        icon: model.icon
+                        app: model.app
+                        title: model.title
+                        fullscreen: model.fullscreen
+                        selected: model.selected
+                        mark: model.mark
+                        onActiveFocusChanged: if (activeFocus) list.contentY = Math.max(0,
+                            Math.min(y, Math.max(0, list.contentHeight - list.height)))
+                    }
+                }
+            }
+        }
+
+        // Buttons
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 8
+            IslandButton {
+                objectName: "notNow"
+                text: c.notNow.text
+                prominent: c.notNow.prominent
+                enabled: c.notNow.enabled
+                opacity: c.notNow.opacity
+                onClicked: view.notNow()
+            }
+            Item { Layout.fillWidth: true }
+            IslandButton {
+                objectName: "moveSelected"
+                text: c.moveSelected.text
+                prominent: c.moveSelected.prominent
+                enabled: c.moveSelected.enabled
+                opacity: c.moveSelected.opacity
+                onClicked: view.move(false)
+            }
+            IslandButton {
+                objectName: "moveAll"
+                text: c.moveAll.text
+                prominent: c.moveAll.prominent
+                enabled: c.moveAll.enabled
+                opacity: c.moveAll.opacity
+                onClicked: view.move(true)
+            }
+        }
+    }
+}
