@@ -36,21 +36,45 @@ Item {
                 width: shadow.width + 2 * grow
                 height: shadow.height + grow * 1.6
                 radius: shape.cornerRadius + grow
-                color: Qt.rgba(0, 0, 0, 0.085)
+                color: Qt.rgba(0, 0, 0, 0.07)
             }
         }
     }
 
-    Shape {
-        id: notchedBody
+    // Notched: the body, whose bottom corners leave room for the ears (the
+    // rectangle's top reaches above the screen's edge, where nothing is
+    // drawn), and the two ears. Rectangles are antialiased and Qt Quick's
+    // shapes are not without multisampling, so only the small ears are shapes.
+    readonly property real bottomRadius: Math.max(0, Math.min(cornerRadius, (height - ear) / 2,
+                                                              (width - 2 * ear) / 2))
+    Rectangle {
         visible: shape.notched
+        x: shape.ear
+        y: -shape.bottomRadius
+        width: Math.max(0, shape.width - 2 * shape.ear)
+        height: shape.height + shape.bottomRadius
+        radius: shape.bottomRadius
+        color: "black"
+        antialiasing: true
+    }
+    Shape {
+        visible: shape.notched && shape.ear > 0
         anchors.fill: parent
         ShapePath {
             fillColor: "black"
             strokeWidth: -1
-            PathSvg {
-                path: view.notchPath(shape.width, shape.height, shape.ear, shape.cornerRadius)
-            }
+            startX: 0
+            startY: 0
+            PathQuad { x: shape.ear; y: Math.min(shape.ear, shape.height); controlX: shape.ear; controlY: 0 }
+            PathLine { x: shape.ear; y: 0 }
+        }
+        ShapePath {
+            fillColor: "black"
+            strokeWidth: -1
+            startX: shape.width
+            startY: 0
+            PathQuad { x: shape.width - shape.ear; y: Math.min(shape.ear, shape.height); controlX: shape.width - shape.ear; controlY: 0 }
+            PathLine { x: shape.width - shape.ear; y: 0 }
         }
     }
 

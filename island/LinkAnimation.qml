@@ -125,14 +125,23 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         width: 32
         height: 32
-        Rectangle {
+        Item {
             // The glow the display gets when the link reaches it.
             anchors.centerIn: parent
-            width: 44
-            height: 44
-            radius: 22
-            color: Qt.rgba(0.3, 0.56, 1.0, 0.16)
+            width: 48
+            height: 48
             opacity: link.lit ? 1 : 0
+            Repeater {
+                model: 4
+                Rectangle {
+                    required property int index
+                    anchors.centerIn: parent
+                    width: 48 - index * 8
+                    height: width
+                    radius: width / 2
+                    color: Qt.rgba(0.3, 0.56, 1.0, 0.045)
+                }
+            }
             Behavior on opacity {
                 enabled: view.animate
                 NumberAnimation { duration: 300 }

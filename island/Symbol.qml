@@ -1,7 +1,8 @@
 import QtQuick
 
-// One of our symbols at `size` points, recoloured by the bridge (the files are
-// white and Qt Quick has no tint without graphical effects).
+// One of our symbols at `size` points in `color`. The files are white; the
+// "symbol" image provider tints them, since Qt Quick has no tint without
+// graphical effects.
 Image {
     id: symbol
     property string name
@@ -13,5 +14,5 @@ Image {
     sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2))
     fillMode: Image.PreserveAspectFit
     smooth: true
-    source: name.length > 0 ? view.symbol(name, color) : ""
+    source: name.length > 0 ? "image://symbol/" + color.toString().slice(1) + "/" + name : ""
 }

@@ -2,12 +2,6 @@
 
 #include "platform/quick/QuickView.h"
 
-#include <QColor>
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QHash>
-#include <QQuickItem>
 
 #include <algorithm>
 
@@ -111,23 +105,6 @@ QRect paintedBounds(const QImage& image) {
     return QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
-// Symbols arrive as data addresses, which Qt Quick decodes off the main
-// thread; a picture taken before they land would miss them.
-void waitForImages(QQuickView& view) {
-    constexpr int loading = 2; // QQuickImageBase::Loading
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < 3000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        const auto items = view.rootObject() ? view.rootObject()->findChildren<QQuickItem*>()
-                                             : QList<QQuickItem*>();
-        if (std::none_of(items.begin(), items.end(), [](QQuickItem* i) {
-                return i->inherits("QQuickImageBase") && i->property("status").toInt() == loading;
-            }))
-            return;
-    }
-}
-
 } // namespace
 
 IslandBridge::IslandBridge(std::shared_ptr<IslandModel> model, Measure measure, BuiltinWords words,
@@ -229,21 +206,6 @@ QString IslandBridge::notchPath(qreal width, qreal height, qreal top, qreal bott
     return d;
 }
 
-QString IslandBridge::symbol(const QString& name, const QColor& color) const {
-    static QHash<QString, QString> cache;
-    const QString key = name + "|" + color.name(QColor::HexArgb);
-    if (auto it = cache.constFind(key); it != cache.constEnd()) return *it;
-    QFile file(":/tarnwick/resources/symbols/" + name + ".svg");
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    QString svg = QString::fromUtf8(file.readAll());
-    svg.replace("#ffffff", color.name(QColor::HexRgb), Qt::CaseInsensitive);
-    if (color.alphaF() < 1)
-        svg.replace("<svg ", "<svg opacity=\"" + QString::number(color.alphaF()) + "\" ");
-    const QString url = "data:image/svg+xml;base64," + QString::fromLatin1(svg.toUtf8().toBase64());
-    cache.insert(key, url);
-    return url;
-}
-
 void IslandBridge::tap(const QString& id) {
     IslandView::tap(*model_, ss(id));
 }
@@ -272,7 +234,6 @@ void IslandBridge::notNow() {
 QImage shootIsland(std::shared_ptr<IslandModel> model, Measure measure, BuiltinWords words) {
     IslandBridge bridge(std::move(model), std::move(measure), std::move(words), {}, false);
     auto view = loadView("island/IslandView.qml", &bridge);
-    waitForImages(*view);
     QImage image = grab(*view);
     if (image.isNull()) return image;
     image = image.convertToFormat(QImage::Format_ARGB32);

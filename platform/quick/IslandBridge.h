@@ -64,9 +64,6 @@ class IslandBridge : public QObject {
     // The notched card's outline in SVG path syntax, for a card of this size
     // (the size changes while it animates, so QML asks as it goes).
     Q_INVOKABLE QString notchPath(qreal width, qreal height, qreal top, qreal bottom) const;
-    // A symbol of ours, recoloured: the files are white, and Qt Quick has no
-    // cheap tint without graphical effects.
-    Q_INVOKABLE QString symbol(const QString& name, const QColor& color) const;
 
     Q_INVOKABLE void tap(const QString& id);
     Q_INVOKABLE void selectAll();
