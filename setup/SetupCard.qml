@@ -60,29 +60,28 @@ Rectangle {
                 width: parent.width
                 spacing: cardBox.layout.buttonSpacing
 
-                RowLayout {
+                BusyIndicator {
+                    objectName: "cardSpinner"
                     visible: (cardBox.card.waiting || "") !== ""
-                    spacing: cardBox.layout.spinnerGap
-                    BusyIndicator {
-                        objectName: "cardSpinner"
-                        running: parent.visible
-                        Layout.preferredWidth: 16
-                        Layout.preferredHeight: 16
-                        padding: 0
-                        contentItem: Spinner {
-                            running: parent.running && view.animate
-                        }
-                    }
-                    Text {
-                        objectName: "cardWaiting"
-                        text: cardBox.card.waiting || ""
-                        font.pixelSize: Style.callout
-                        color: Style.secondary
+                    running: visible
+                    Layout.preferredWidth: 16
+                    Layout.preferredHeight: 16
+                    padding: 0
+                    contentItem: Spinner {
+                        running: parent.running && view.animate
                     }
                 }
-                Item {
-                    visible: (cardBox.card.waiting || "") !== ""
+                // The waiting text takes what the buttons leave and wraps
+                // rather than pushing them out of the card.
+                Text {
+                    objectName: "cardWaiting"
+                    visible: text !== ""
                     Layout.fillWidth: true
+                    Layout.leftMargin: cardBox.layout.spinnerGap - cardBox.layout.buttonSpacing
+                    text: cardBox.card.waiting || ""
+                    font.pixelSize: Style.callout
+                    color: Style.secondary
+                    wrapMode: Text.WordWrap
                 }
                 Repeater {
                     model: cardBox.buttons.length

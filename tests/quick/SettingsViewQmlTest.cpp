@@ -17,6 +17,15 @@ using tarnwick::shelltest::ShellWorld;
 
 namespace {
 
+// Every item drawn under `item`: delegates made by a Repeater are children
+// in the scene, not in the object tree.
+void drawn(QQuickItem* item, QList<QQuickItem*>& out) {
+    for (auto* child : item->childItems()) {
+        out << child;
+        drawn(child, out);
+    }
+}
+
 // The running settings window over the whole program on a simulated desktop.
 struct Form : ShellWorld {
     std::unique_ptr<quick::SettingsBridge> bridge;
@@ -31,22 +40,33 @@ struct Form : ShellWorld {
     }
     SettingsView& model() { return *app->settingsWindow().view(); }
     QQuickItem* root() { return window->rootObject(); }
+    // The scene as drawn now, its layouts settled.
+    QList<QQuickItem*> items() {
+        window->grabWindow();
+        QList<QQuickItem*> out;
+        drawn(root(), out);
+        return out;
+    }
 
     // Every text on screen, each as the Text item shows it.
     QSet<QString> texts() {
         QSet<QString> out;
-        for (auto* item : root()->findChildren<QQuickItem*>())
+        for (auto* item : items())
             if (item->inherits("QQuickText") && item->isVisible())
                 out << item->property("text").toString();
         return out;
     }
     QQuickItem* control(const char* type, const QString& text) {
-        for (auto* item : root()->findChildren<QQuickItem*>())
+        for (auto* item : items())
             if (item->inherits(type) && item->isVisible() &&
                 (text.isNull() || item->property("text").toString() == text))
                 return item;
         ADD_FAILURE() << "no " << type << " " << text.toStdString();
         return nullptr;
+    }
+    bool enabled(const QString& button) {
+        auto* b = control("QQuickAbstractButton", button);
+        return b && b->isEnabled();
     }
     void key(QQuickItem* item, Qt::Key k) {
         item->forceActiveFocus(Qt::TabFocusReason);
@@ -88,15 +108,15 @@ TEST(SettingsViewQml, ShowsTheWholeFormForOneDisplayAndForTwo) {
     EXPECT_EQ(f.root()->height(), 780);
     EXPECT_EQ(f.missing(), std::vector<std::string>{});
     EXPECT_TRUE(f.texts().contains("Connect a second display to move windows between screens."));
-    for (const char* text : {"Save layout now", "Restore layout"})
-        if (auto* b = f.control("QQuickAbstractButton", text)) EXPECT_FALSE(b->isEnabled()) << text;
+    EXPECT_FALSE(f.enabled("Save layout now"));
+    EXPECT_FALSE(f.enabled("Restore layout"));
 
     f.plugStudio();
     EXPECT_EQ(f.missing(), std::vector<std::string>{});
     EXPECT_TRUE(f.texts().contains("2560 \u00d7 1440 \u00b7 external"));
     EXPECT_FALSE(f.texts().contains("Connect a second display to move windows between screens."));
-    for (const char* text : {"Save layout now", "Restore layout"})
-        if (auto* b = f.control("QQuickAbstractButton", text)) EXPECT_TRUE(b->isEnabled()) << text;
+    EXPECT_TRUE(f.enabled("Save layout now"));
+    EXPECT_TRUE(f.enabled("Restore layout"));
     EXPECT_EQ(f.root()->height(), 780); // the form scrolls; the window keeps its size
 }
 
@@ -132,7 +152,9 @@ TEST(SettingsViewQml, PickersAndAppSwitchesAnswerTheirOwnRow) {
     auto& prefs = f.app->prefs();
     // "Fill screen" is only on the placement picker; the action picker must not move.
     const auto before = prefs.onConnect();
-    if (auto* fill = f.control("QQuickAbstractButton", "Fill screen")) f.key(fill, Qt::Key_Space);
+    auto* fill = f.control("QQuickAbstractButton", "Fill screen");
+    ASSERT_TRUE(fill);
+    f.key(fill, Qt::Key_Space);
     EXPECT_EQ(prefs.placement(), Placement::fill);
     EXPECT_EQ(prefs.onConnect(), before);
     EXPECT_TRUE(f.texts().contains("Every window fills the new display."));

@@ -17,14 +17,23 @@ using Step = SetupModel::Step;
 
 namespace {
 
+// Every item drawn under `item`: delegates made by a Repeater are children
+// in the scene, not in the object tree.
+void drawn(QQuickItem* item, QList<QQuickItem*>& out) {
+    for (auto* child : item->childItems()) {
+        out << child;
+        drawn(child, out);
+    }
+}
+
 // The running first-run window over a model on a simulated desktop.
-struct Window : SetupWorld {
+struct Shown : SetupWorld {
     int closed = 0, settingsShown = 0;
     std::shared_ptr<SetupView> view;
     std::unique_ptr<quick::SetupBridge> bridge;
     std::unique_ptr<QQuickView> window;
 
-    explicit Window(Step start, bool trusted = false) {
+    explicit Shown(Step start, bool trusted = false) {
         desk.setTrusted(trusted);
         view = std::make_shared<SetupView>(
             model(start), setup, [this] { ++closed; }, [this] { ++settingsShown; });
@@ -35,11 +44,23 @@ struct Window : SetupWorld {
         QGuiApplication::processEvents();
     }
     QQuickItem* root() { return window->rootObject(); }
+    // The scene as drawn now, its layouts settled.
+    QList<QQuickItem*> items() {
+        window->grabWindow();
+        QList<QQuickItem*> out;
+        drawn(root(), out);
+        return out;
+    }
 
+    QQuickItem* find(const QString& name) {
+        for (auto* item : items())
+            if (item->objectName() == name) return item;
+        return nullptr;
+    }
     // The texts on screen, top to bottom and leading to trailing.
     std::vector<std::string> texts() {
         std::vector<std::pair<QPointF, std::string>> found;
-        for (auto* item : root()->findChildren<QQuickItem*>())
+        for (auto* item : items())
             if (item->inherits("QQuickText") && item->isVisible())
                 found.emplace_back(item->mapToScene({0, 0}),
                                    quick::ss(item->property("text").toString()));
@@ -56,7 +77,7 @@ struct Window : SetupWorld {
     std::vector<std::string> buttons() {
         std::vector<std::string> out;
         for (int n = 0;; ++n) {
-            auto* b = root()->findChild<QQuickItem*>(QString("cardButton%1").arg(n));
+            auto* b = find(QString("cardButton%1").arg(n));
             if (!b) return out;
             out.push_back(quick::ss(b->property("text").toString()) +
                           (b->property("isDefault").toBool() ? " (default)" : ""));
@@ -73,14 +94,14 @@ struct Window : SetupWorld {
 } // namespace
 
 TEST(SetupViewQml, EveryCardShowsWhatTheModelSays) {
-    Window w(Step::move);
+    Shown w(Step::move);
     ASSERT_TRUE(w.root());
     EXPECT_EQ(w.root()->width(), 460);
     auto check = [&](const std::vector<std::string>& want) {
         EXPECT_EQ(w.texts(), w.view->texts());
         EXPECT_EQ(w.buttons(), want);
         // As tall as its content: nothing cut off at the bottom.
-        auto* card = w.root()->findChild<QQuickItem*>("setupCard");
+        auto* card = w.find("setupCard");
         ASSERT_TRUE(card);
         EXPECT_NEAR(card->mapToScene({0, card->height()}).y() + 24, w.root()->height(), 0.5);
     };
@@ -94,7 +115,7 @@ TEST(SetupViewQml, EveryCardShowsWhatTheModelSays) {
     EXPECT_TRUE(w.bridge->press(int(SetupAction::openSystemSettings)));
     check({"Reset and try again"});
     EXPECT_GT(w.root()->height(), before); // the footer grew the window
-    EXPECT_TRUE(w.root()->findChild<QQuickItem*>("cardSpinner")->isVisible());
+    EXPECT_TRUE(w.find("cardSpinner")->isVisible());
 
     w.desk.setTrusted(true);
     w.wait(1);
@@ -106,7 +127,7 @@ TEST(SetupViewQml, EveryCardShowsWhatTheModelSays) {
 }
 
 TEST(SetupViewQml, ReturnAnswersTheDefaultButtonOnly) {
-    Window w(Step::login, true);
+    Shown w(Step::login, true);
     w.key(Qt::Key_Escape);
     EXPECT_EQ(w.view->model()->step(), Step::login);
 
@@ -117,13 +138,13 @@ TEST(SetupViewQml, ReturnAnswersTheDefaultButtonOnly) {
     EXPECT_EQ(w.closed, 0);
 
     // With a button focused by Tab, Return still means the default one.
-    w.root()->findChild<QQuickItem*>("cardButton1")->forceActiveFocus(Qt::TabFocusReason);
+    w.find("cardButton1")->forceActiveFocus(Qt::TabFocusReason);
     w.key(Qt::Key_Return);
     EXPECT_EQ(w.closed, 1);
     EXPECT_EQ(w.settingsShown, 0);
 
     // While waiting for the approval there is no default: Return does nothing.
-    Window waiting(Step::permission);
+    Shown waiting(Step::permission);
     waiting.bridge->press(int(SetupAction::openSystemSettings));
     waiting.did();
     waiting.key(Qt::Key_Return);
