@@ -5,6 +5,7 @@ import QtQuick.Controls.impl
 // else a tile with the application's initial so that rows still line up.
 Item {
     id: appIcon
+    objectName: "appIcon"
     property string icon
     property string app
 
