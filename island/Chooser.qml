@@ -61,7 +61,7 @@ Item {
                 Symbol {
                     anchors.centerIn: parent
                     name: c.header.symbol
-                    size: 20
+                    size: 18
                 }
             }
             ColumnLayout {

@@ -1,6 +1,8 @@
 #include "platform/quick/IslandBridge.h"
 #include "platform/quick/QuickView.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QStringList>
@@ -55,7 +57,8 @@ struct Shown {
     std::unique_ptr<IslandBridge> bridge;
     std::unique_ptr<QQuickView> view;
 
-    explicit Shown(std::shared_ptr<IslandModel> model, bool withActions = true)
+    explicit Shown(std::shared_ptr<IslandModel> model, bool withActions = true,
+                   bool animate = false)
         : m(std::move(model)) {
         IslandActions actions;
         if (withActions) {
@@ -67,7 +70,7 @@ struct Shown {
             };
             actions.close = [this](Closing) { asked.push_back("close"); };
         }
-        bridge = std::make_unique<IslandBridge>(m, metric, BuiltinWords{}, actions, false);
+        bridge = std::make_unique<IslandBridge>(m, metric, BuiltinWords{}, actions, animate);
         view = loadView("island/IslandView.qml", bridge.get());
         render();
     }
@@ -239,6 +242,27 @@ TEST(IslandViewQml, TapsReachTheModelAndThePresenter) {
     alone.bridge->notNow();
     alone.bridge->retarget(1);
     EXPECT_TRUE(alone.asked.empty());
+}
+
+TEST(IslandViewQml, AnimatedChangesSettleWhereTheModelSays) {
+    auto m = chooser(3);
+    m->setExpanded(false);
+    Shown shown(m, true, true);
+    EXPECT_EQ(shown.size("island"), QSizeF(224, 32));
+
+    m->animated(Island::spring(), [&] { m->setExpanded(true); });
+    QElapsedTimer clock;
+    clock.start();
+    double halfway = 0;
+    while (clock.elapsed() < 1200) {
+        shown.render();
+        if (clock.elapsed() < 150 && halfway == 0) halfway = shown.size("island").width();
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 16);
+    }
+    EXPECT_LT(halfway, 544) << "the card grows rather than jumping";
+    EXPECT_EQ(shown.size("island").width(), 544);
+    EXPECT_DOUBLE_EQ(shown.item("content")->opacity(), 1);
+    EXPECT_EQ(shown.texts().front(), "Studio Display connected");
 }
 
 TEST(IslandViewQml, TheNotchOutlineStaysInsideTheCard) {
