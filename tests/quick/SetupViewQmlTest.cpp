@@ -3,9 +3,11 @@
 
 #include "tests/setup/SetupWorld.h"
 
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickItem>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -33,11 +35,11 @@ struct Shown : SetupWorld {
     std::unique_ptr<quick::SetupBridge> bridge;
     std::unique_ptr<QQuickView> window;
 
-    explicit Shown(Step start, bool trusted = false) {
+    explicit Shown(Step start, bool trusted = false, bool animate = false) {
         desk.setTrusted(trusted);
         view = std::make_shared<SetupView>(
             model(start), setup, [this] { ++closed; }, [this] { ++settingsShown; });
-        bridge = std::make_unique<quick::SetupBridge>(view, false);
+        bridge = std::make_unique<quick::SetupBridge>(view, animate);
         window = quick::loadView("setup/SetupView.qml", bridge.get());
         window->show();
         window->requestActivate();
@@ -150,4 +152,18 @@ TEST(SetupViewQml, ReturnAnswersTheDefaultButtonOnly) {
     waiting.key(Qt::Key_Return);
     EXPECT_EQ(waiting.did(), std::vector<std::string>{}); // no second request
     EXPECT_EQ(waiting.view->model()->step(), Step::permission);
+}
+
+TEST(SetupViewQml, AnimatedCardSettlesInPlace) {
+    Shown w(Step::login, true, true);
+    w.key(Qt::Key_Return);
+    auto* card = w.find("setupCard");
+    ASSERT_TRUE(card);
+    EXPECT_LT(card->opacity(), 1); // on its way in
+    QEventLoop loop;
+    QTimer::singleShot(800, &loop, &QEventLoop::quit);
+    loop.exec();
+    EXPECT_EQ(card->opacity(), 1);
+    EXPECT_EQ(card->x(), 0);
+    EXPECT_EQ(w.texts().front(), "Tarnwick is ready");
 }
