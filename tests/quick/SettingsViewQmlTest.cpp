@@ -145,6 +145,16 @@ TEST(SettingsViewQml, KeyboardControlsReachThePreferences) {
         f.key(slider, Qt::Key_Right);
     EXPECT_DOUBLE_EQ(prefs.delay(), 6.0);
     EXPECT_TRUE(f.texts().contains("6.0 s"));
+
+    // A control below the fold scrolls into view when the keyboard reaches it.
+    auto* scroll = f.root()->findChild<QQuickItem*>("settingsScroll");
+    auto* login = f.control("QQuickSwitch", "Launch at login");
+    ASSERT_TRUE(scroll && login);
+    EXPECT_EQ(scroll->property("contentY").toDouble(), 0);
+    login->forceActiveFocus(Qt::TabFocusReason);
+    const double bottom = login->mapToItem(scroll, {0, login->height()}).y();
+    EXPECT_GT(scroll->property("contentY").toDouble(), 0);
+    EXPECT_LE(bottom, scroll->height());
 }
 
 TEST(SettingsViewQml, PickersAndAppSwitchesAnswerTheirOwnRow) {
