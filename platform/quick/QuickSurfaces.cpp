@@ -11,13 +11,14 @@
 #include <QQuickItem>
 #include <QRegion>
 #include <QScreen>
+#include <QTimer>
 
 namespace tarnwick::quick {
 
 namespace {
 
-// "NAME X,Y WxH" for every visible, enabled item with an object name, in
-// desktop pixels, one per line; named items nest, so the order is the tree's.
+// "NAME X,Y WxH ..." for every visible, enabled item with an object name, in
+// desktop pixels, on one line; named items nest, so the order is the tree's.
 std::string describeControls(QQuickView& view) {
     std::string text;
     std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
@@ -25,9 +26,9 @@ std::string describeControls(QQuickView& view) {
         if (!item->objectName().isEmpty() && item->width() > 0 && item->height() > 0) {
             const QRectF r = item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
             const QPoint at = view.position() + r.topLeft().toPoint();
-            text += ss(item->objectName()) + " " + std::to_string(at.x()) + "," +
-                    std::to_string(at.y()) + " " + std::to_string(int(r.width())) + "x" +
-                    std::to_string(int(r.height())) + "\n";
+            text += (text.empty() ? "" : " ") + ss(item->objectName()) + " " +
+                    std::to_string(at.x()) + "," + std::to_string(at.y()) + " " +
+                    std::to_string(int(r.width())) + "x" + std::to_string(int(r.height()));
         }
         for (auto* child : item->childItems())
             walk(child);
@@ -36,16 +37,23 @@ std::string describeControls(QQuickView& view) {
     return text;
 }
 
-// Follows a view's controls for Hooks::controls.
+// Follows a view's controls for Hooks::controls, looking at most every
+// 150 ms: an animation would otherwise report every frame, and some never stop.
 void reportControls(QQuickView& view, const std::string& surface,
                     const std::function<void(const std::string&)>& report) {
     if (!report) return;
+    auto* settle = new QTimer(&view);
+    settle->setSingleShot(true);
+    settle->setInterval(150);
     auto last = std::make_shared<std::string>();
-    QObject::connect(&view, &QQuickWindow::frameSwapped, &view, [&view, surface, report, last] {
+    QObject::connect(settle, &QTimer::timeout, &view, [&view, surface, report, last] {
         auto now = describeControls(view);
         if (now == *last) return;
         *last = now;
-        report(surface + " controls:\n" + now);
+        report(surface + " controls: " + now);
+    });
+    QObject::connect(&view, &QQuickWindow::frameSwapped, settle, [settle] {
+        if (!settle->isActive()) settle->start();
     });
 }
 

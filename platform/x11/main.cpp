@@ -220,7 +220,8 @@ int main(int argc, char** argv) {
          .controls = qEnvironmentVariableIsSet("TARNWICK_LOG_CONTROLS")
                          ? std::function<void(const std::string&)>(
                                [&](const std::string& text) { log.line(text); })
-                         : nullptr});
+                         : nullptr,
+         .words = [&] { return screens.builtinWords(); }});
     Platform ports{dispatch, screens, notifications, defaults,  login,     trust,   audio,
                    log,      windows, userFiles,     processes, workspace, surfaces};
 

@@ -1,1 +1,104 @@
+#include "platform/quick/Tray.h"
+
+#include "tests/app/ShellWorld.h"
+
+#include <QCoreApplication>
 #include <gtest/gtest.h>
+
+using namespace tarnwick;
+using tarnwick::shelltest::ShellWorld;
+
+namespace {
+
+// The menu as it drops down: "-" for a separator, "[TEXT]" for a disabled
+// line, "TEXT >" for a submenu, with its cases indented ("*" when checked).
+std::vector<std::string> shown(const QMenu& menu) {
+    std::vector<std::string> out;
+    for (auto* a : menu.actions()) {
+        if (a->isSeparator()) {
+            out.push_back("-");
+        } else if (a->menu()) {
+            out.push_back(a->text().toStdString() + " >");
+            for (auto* c : a->menu()->actions())
+                out.push_back(std::string(c->isChecked() ? "  * " : "    ") +
+                              c->text().toStdString());
+        } else {
+            out.push_back(a->isEnabled() ? a->text().toStdString()
+                                         : "[" + a->text().toStdString() + "]");
+        }
+    }
+    return out;
+}
+
+QAction* find(const QMenu& menu, const QString& text) {
+    for (auto* a : menu.actions()) {
+        if (a->text() == text) return a;
+        if (a->menu())
+            if (auto* c = find(*a->menu(), text)) return c;
+    }
+    return nullptr;
+}
+
+// Menu actions reach the model on the next turn of the event loop.
+void settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+}
+
+} // namespace
+
+TEST(Tray, MenuMirrorsTheModelAndFollowsIt) {
+    ShellWorld w;
+    w.launch();
+    quick::Tray tray(w.app->makeMenu());
+    const std::vector<std::string> single{"Open Tarnwick\u2026",
+                                          "-",
+                                          "[Ready]",
+                                          "[1 display connected]",
+                                          "-",
+                                          "Move everything to Built-in Display",
+                                          "-",
+                                          "When a display connects >",
+                                          "  * Let me choose",
+                                          "    Move everything",
+                                          "    Do nothing",
+                                          "-",
+                                          "Quit Tarnwick"};
+    EXPECT_EQ(shown(tray.menu()), single);
+    EXPECT_EQ(tray.icon().toolTip(), "Ready");
+
+    // A new display rebuilds the menu and the tooltip without being asked.
+    w.plugStudio();
+    const auto two = shown(tray.menu());
+    EXPECT_NE(std::find(two.begin(), two.end(), "[2 displays connected]"), two.end());
+    EXPECT_NE(std::find(two.begin(), two.end(), "Move everything to Studio Display"), two.end());
+    EXPECT_EQ(tray.icon().toolTip().toStdString(), "Studio Display connected");
+}
+
+TEST(Tray, ChoosingACaseStoresItAndMovesTheCheck) {
+    ShellWorld w;
+    w.launch();
+    quick::Tray tray(w.app->makeMenu());
+    auto* doNothing = find(tray.menu(), "Do nothing");
+    ASSERT_NE(doNothing, nullptr);
+    doNothing->trigger();
+    settle();
+    EXPECT_EQ(w.app->prefs().onConnect(), OnConnect::nothing);
+    // The menu was rebuilt: look the actions up again.
+    EXPECT_TRUE(find(tray.menu(), "Do nothing")->isChecked());
+    EXPECT_FALSE(find(tray.menu(), "Let me choose")->isChecked());
+}
+
+TEST(Tray, ButtonsRunTheirCommands) {
+    ShellWorld w;
+    w.launch();
+    quick::Tray tray(w.app->makeMenu());
+    find(tray.menu(), "Open Tarnwick\u2026")->trigger();
+    settle();
+    EXPECT_TRUE(w.said("window settings shown"));
+    // Disabled lines do nothing, and the picture of the menu has its rows.
+    find(tray.menu(), "Ready")->trigger();
+    settle();
+    const QImage picture = quick::shootMenu(tray.model());
+    EXPECT_GT(picture.height(), 5 * 20);
+}
