@@ -2,7 +2,6 @@
 
 #include "platform/quick/QuickView.h"
 
-
 #include <algorithm>
 
 namespace tarnwick::quick {
@@ -174,36 +173,6 @@ void IslandBridge::refresh() {
                   {"duration", a.duration}};
     emit animationChanged();
     emit changed();
-}
-
-QStringList IslandBridge::texts() const {
-    QStringList out;
-    for (const auto& t : view().texts())
-        out.push_back(qs(t));
-    return out;
-}
-
-QString IslandBridge::notchPath(qreal width, qreal height, qreal top, qreal bottom) const {
-    using K = PathSegment::Kind;
-    QString d;
-    auto pt = [](const Point& p) { return QString::number(p.x) + "," + QString::number(p.y); };
-    for (const auto& s : NotchShape{top, bottom}.path({0, 0, width, height})) {
-        switch (s.kind) {
-        case K::move:
-            d += "M" + pt(s.to);
-            break;
-        case K::line:
-            d += " L" + pt(s.to);
-            break;
-        case K::quad:
-            d += " Q" + pt(s.control) + " " + pt(s.to);
-            break;
-        case K::close:
-            d += " Z";
-            break;
-        }
-    }
-    return d;
 }
 
 void IslandBridge::tap(const QString& id) {

@@ -43,7 +43,6 @@ class IslandBridge : public QObject {
     // the transitions the change starts already use it.
     Q_PROPERTY(QVariantMap animation READ animation NOTIFY animationChanged)
     Q_PROPERTY(bool animate READ animate CONSTANT)
-    Q_PROPERTY(QStringList texts READ texts NOTIFY changed)
 
   public:
     // `animate` false: every change lands at its end state at once (pictures, tests).
@@ -59,11 +58,6 @@ class IslandBridge : public QObject {
     QVariantMap content() const { return content_; }
     QVariantMap animation() const { return animation_; }
     bool animate() const { return animate_; }
-    QStringList texts() const;
-
-    // The notched card's outline in SVG path syntax, for a card of this size
-    // (the size changes while it animates, so QML asks as it goes).
-    Q_INVOKABLE QString notchPath(qreal width, qreal height, qreal top, qreal bottom) const;
 
     Q_INVOKABLE void tap(const QString& id);
     Q_INVOKABLE void selectAll();

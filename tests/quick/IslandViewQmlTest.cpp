@@ -6,7 +6,9 @@
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QStringList>
+
 #include <gtest/gtest.h>
+#include <set>
 
 using namespace tarnwick;
 using namespace tarnwick::quick;
@@ -265,10 +267,25 @@ TEST(IslandViewQml, AnimatedChangesSettleWhereTheModelSays) {
     EXPECT_EQ(shown.texts().front(), "Studio Display connected");
 }
 
-TEST(IslandViewQml, TheNotchOutlineStaysInsideTheCard) {
-    Shown shown(chooser(3));
-    EXPECT_EQ(shown.bridge->notchPath(224, 32, 12, 30),
-              "M0,0 Q12,0 12,12 L12,22 Q12,32 22,32 L202,32 Q212,32 212,22 L212,12 Q212,0 224,0 Z");
+TEST(IslandViewQml, EveryControlIsReachedWithTheKeyboard) {
+    Shown shown(chooser(2));
+    auto press = [&](Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(shown.view.get(), &event);
+    };
+    std::set<std::string> reached;
+    for (int i = 0; i < 10; ++i) {
+        press(Qt::Key_Tab);
+        if (auto* f = shown.view->activeFocusItem()) reached.insert(f->objectName().toStdString());
+    }
+    for (const char* name : {"selectAll", "pill-1", "pill-2", "row-2-0", "row-2-1", "notNow",
+                             "moveSelected", "moveAll"})
+        EXPECT_TRUE(reached.count(name)) << name;
+
+    // Space on a focused row flips its tick.
+    shown.item("row-2-1")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    EXPECT_FALSE(shown.m->items()[1].selected);
 }
 
 TEST(IslandViewQml, PicturesAreCroppedToTheCard) {
