@@ -169,6 +169,12 @@ TEST(SettingsViewQml, PickersAndAppSwitchesAnswerTheirOwnRow) {
     EXPECT_EQ(prefs.onConnect(), before);
     EXPECT_TRUE(f.texts().contains("Every window fills the new display."));
 
+    // A stored target that is unplugged stays chosen through later refreshes.
+    prefs.setTargetDisplay("Side Display");
+    prefs.setPlaySounds(false);
+    EXPECT_TRUE(f.texts().contains("Side Display"));
+    EXPECT_FALSE(f.texts().contains("Largest external display"));
+
     // An excluded app that is not running: switching it on takes it out of the list.
     prefs.setExcluded({"com.gone.Thing", "com.gone.Thing"});
     auto* gone = f.control("QQuickSwitch", "com.gone.Thing");
