@@ -187,8 +187,14 @@ Item {
                     id: menu
                     objectName: "destinationEntries"
                     padding: 5
+                    // As wide as the longest name, which the button itself may not show.
+                    width: {
+                        let widest = 160;
+                        for (let i = 0; i < count; ++i)
+                            widest = Math.max(widest, itemAt(i).implicitWidth);
+                        return widest + leftPadding + rightPadding;
+                    }
                     background: Rectangle {
-                        implicitWidth: 220
                         color: "#262628"
                         radius: 10
                         border.width: 1
@@ -201,11 +207,12 @@ Item {
                             required property var modelData
                             text: modelData.label
                             implicitHeight: 28
+                            leftPadding: 8
+                            rightPadding: 14
                             Accessible.name: text
                             onTriggered: view.retarget(modelData.display)
                             contentItem: Row {
                                 spacing: 8
-                                leftPadding: 4
                                 Symbol {
                                     anchors.verticalCenter: parent.verticalCenter
                                     name: entry.modelData.symbol
