@@ -6,7 +6,7 @@ import QtQuick.Layouts
 // and the three buttons.
 Item {
     id: chooser
-    readonly property var c: view.content
+    readonly property var c: view.chooser
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
     readonly property color green: "#32d74b"
 

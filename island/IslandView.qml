@@ -140,7 +140,7 @@ Item {
     Component {
         id: announce
         Item {
-            readonly property var c: view.content
+            readonly property var c: view.announce
             implicitHeight: column.implicitHeight + 8
             ColumnLayout {
                 id: column
@@ -197,7 +197,7 @@ Item {
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: view.content.text
+                    text: view.loading.text
                     font.pixelSize: 13
                     font.weight: Font.Medium
                     color: "white"
@@ -209,7 +209,7 @@ Item {
     Component {
         id: moving
         Item {
-            readonly property var c: view.content
+            readonly property var c: view.moving
             implicitHeight: 10 + column.implicitHeight + 10
             Column {
                 id: column
@@ -254,7 +254,7 @@ Item {
     Component {
         id: done
         Item {
-            readonly property var c: view.content
+            readonly property var c: view.done
             implicitHeight: 12 + line.implicitHeight + 12
             RowLayout {
                 id: line

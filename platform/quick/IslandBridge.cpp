@@ -146,23 +146,24 @@ void IslandBridge::refresh() {
     if (auto c = v.content()) {
         if (auto* a = std::get_if<IslandView::Announce>(&*c)) {
             kind_ = "announce";
-            content_ = {{"connected", a->connected},
-                        {"multiple", a->multiple},
-                        {"track", a->track},
-                        {"title", qs(a->title)},
-                        {"detail", qs(a->detail)}};
+            contents_[kind_] = QVariantMap{{"connected", a->connected},
+                                           {"multiple", a->multiple},
+                                           {"track", a->track},
+                                           {"title", qs(a->title)},
+                                           {"detail", qs(a->detail)}};
         } else if (auto* l = std::get_if<IslandView::Loading>(&*c)) {
             kind_ = "loading";
-            content_ = {{"text", qs(l->text)}};
+            contents_[kind_] = QVariantMap{{"text", qs(l->text)}};
         } else if (auto* ch = std::get_if<IslandView::Chooser>(&*c)) {
             kind_ = "chooser";
-            content_ = chooserMap(*ch);
+            contents_[kind_] = chooserMap(*ch);
         } else if (auto* mv = std::get_if<IslandView::Moving>(&*c)) {
             kind_ = "moving";
-            content_ = {{"text", qs(mv->text)}, {"fraction", mv->fraction}};
+            contents_[kind_] = QVariantMap{{"text", qs(mv->text)}, {"fraction", mv->fraction}};
         } else if (auto* d = std::get_if<IslandView::Done>(&*c)) {
             kind_ = "done";
-            content_ = {{"symbol", qs(d->symbol)}, {"ok", d->ok}, {"text", qs(d->text)}};
+            contents_[kind_] =
+                QVariantMap{{"symbol", qs(d->symbol)}, {"ok", d->ok}, {"text", qs(d->text)}};
         }
     }
 

@@ -37,7 +37,13 @@ class IslandBridge : public QObject {
     // "announce", "loading", "chooser", "moving", "done"; while the island is
     // tucked in, the phase it showed last, so that its content can fade out.
     Q_PROPERTY(QString kind READ kind NOTIFY changed)
-    Q_PROPERTY(QVariantMap content READ content NOTIFY changed)
+    // Each phase's content, kept after the phase has passed: the outgoing
+    // phase's view still reads it while it is being replaced.
+    Q_PROPERTY(QVariantMap announce READ announce NOTIFY changed)
+    Q_PROPERTY(QVariantMap loading READ loading NOTIFY changed)
+    Q_PROPERTY(QVariantMap chooser READ chooser NOTIFY changed)
+    Q_PROPERTY(QVariantMap moving READ moving NOTIFY changed)
+    Q_PROPERTY(QVariantMap done READ done NOTIFY changed)
     // How the latest change should play: curve ("none", "spring",
     // "easeOut"), response, damping, duration. Told before `changed`, so that
     // the transitions the change starts already use it.
@@ -55,7 +61,11 @@ class IslandBridge : public QObject {
     QVariantMap frame() const { return frame_; }
     bool expanded() const { return model_->expanded(); }
     QString kind() const { return kind_; }
-    QVariantMap content() const { return content_; }
+    QVariantMap announce() const { return contents_.value("announce").toMap(); }
+    QVariantMap loading() const { return contents_.value("loading").toMap(); }
+    QVariantMap chooser() const { return contents_.value("chooser").toMap(); }
+    QVariantMap moving() const { return contents_.value("moving").toMap(); }
+    QVariantMap done() const { return contents_.value("done").toMap(); }
     QVariantMap animation() const { return animation_; }
     bool animate() const { return animate_; }
 
@@ -82,7 +92,7 @@ class IslandBridge : public QObject {
 
     QVariantMap frame_;
     QString kind_;
-    QVariantMap content_;
+    QVariantMap contents_; // by kind
     QVariantMap animation_;
 };
 

@@ -265,6 +265,23 @@ TEST(IslandViewQml, AnimatedChangesSettleWhereTheModelSays) {
     EXPECT_EQ(shown.size("island").width(), 544);
     EXPECT_DOUBLE_EQ(shown.item("content")->opacity(), 1);
     EXPECT_EQ(shown.texts().front(), "Studio Display connected");
+
+    // Each phase replaces the last without the outgoing view reading the
+    // new phase's content.
+    static QStringList warnings;
+    warnings.clear();
+    auto previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { warnings << text; });
+    m->animated(Island::spring(), [&] { m->setPhase(IslandModel::Moving{"Starting…", 0}); });
+    shown.render();
+    m->setPhase(IslandModel::Moving{"Moving 1 of 2", 0.25});
+    shown.render();
+    m->animated(Island::spring(), [&] { m->setPhase(IslandModel::Done{"Moved 2 windows", true}); });
+    shown.render();
+    m->animated(Island::spring(), [&] { m->setExpanded(false); });
+    shown.render();
+    qInstallMessageHandler(previous);
+    EXPECT_TRUE(warnings.isEmpty()) << warnings.join("\n").toStdString();
 }
 
 TEST(IslandViewQml, EveryControlIsReachedWithTheKeyboard) {
