@@ -48,7 +48,7 @@ wait_for_log "island closed" 10
 
 # The tray icon's menu: a right click opens it, the keyboard chooses "Open Tarnwick…".
 # trayer's panel, where the icon is embedded: "+X+Y" ends its line in the tree.
-read -r tx ty < <(xwininfo -root -tree | awk '/"panel": \("panel" "trayer"\)/ { split($NF, p, "+"); print p[2], p[3]; exit }')
+read -r tx ty < <(xwininfo -root -tree | awk '/"panel": \("panel" "trayer"\)/ && !n++ { split($NF, p, "+"); print p[2], p[3] }')
 [ -n "$tx" ] || fail "no tray panel in the window tree"
 log_mark
 xdotool mousemove $((tx + 12)) $((ty + 14)) click 3
