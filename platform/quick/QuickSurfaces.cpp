@@ -57,8 +57,10 @@ void reportControls(QQuickView& view, const std::string& surface,
     });
 }
 
+// The panel takes no focus when it appears (see the constructor), but takes
+// it when clicked, so that Tab, Return and Escape then reach the island.
 constexpr Qt::WindowFlags panelFlags =
-    Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::WindowDoesNotAcceptFocus;
+    Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool;
 
 } // namespace
 
@@ -71,6 +73,9 @@ class QuickPanel : public Panel {
                   s.actions_, true) {
         view_ = loadView("island/IslandView.qml", &bridge_);
         view_->setFlags(panelFlags);
+        // Qt's xcb platform then maps it with a user time of 0, which window
+        // managers read as "do not focus this new window".
+        view_->setProperty("_q_showWithoutActivating", true);
         view_->setResizeMode(QQuickView::SizeRootObjectToView);
         if (s.hooks_.toDesktop) view_->setGeometry(s.hooks_.toDesktop(frame));
         if (s.hooks_.preparePanel) s.hooks_.preparePanel(*view_);

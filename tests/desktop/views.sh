@@ -46,6 +46,20 @@ picture island-done
 for id in $notes $mail $term; do expect_inside "$id" 1440 0 1920 1080; done
 wait_for_log "island closed" 10
 
+# A second monitor: the island asks again without taking the focus from the
+# user's window; a click on it gives it the keyboard, and Escape means "Not now".
+log_mark
+xdotool windowactivate --sync "$term"
+plug DUMMY2 1280x800 --right-of DUMMY1
+wait_for_log "island phase choosing" 10
+wait_until 3 control island chooserTitle || fail "no chooser for the second monitor"
+[ "$(xdotool getwindowfocus)" = "$((term))" ] || fail "the island took the focus: $(xdotool getwindowfocus)"
+press island chooserTitle
+sleep 0.3
+xdotool key Escape
+wait_for_log "island closed" 5
+log_since_mark | grep -q "status: Moved" && fail "Escape moved windows"
+
 # The tray icon's menu: a right click opens it, the keyboard chooses "Open Tarnwick…".
 # trayer's panel, where the icon is embedded: "+X+Y" ends its line in the tree.
 read -r tx ty < <(xwininfo -root -tree | awk '/"panel": \("panel" "trayer"\)/ && !n++ { split($NF, p, "+"); print p[2], p[3] }')
