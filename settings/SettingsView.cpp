@@ -12,6 +12,22 @@
 
 namespace tarnwick {
 
+const char* tintName(Tint t) {
+    switch (t) {
+    case Tint::gray:
+        return "gray";
+    case Tint::accent:
+        return "accent";
+    case Tint::green:
+        return "green";
+    case Tint::orange:
+        return "orange";
+    case Tint::none:
+        break;
+    }
+    return "none";
+}
+
 namespace {
 
 FormItem item(FormItem::Kind kind, std::string text, Control control = Control::none) {

@@ -18,6 +18,8 @@ class SetupWindow;
 class Status;
 
 enum class Tint { none, gray, accent, green, orange };
+// "none", "gray", …: how views and transcripts name a tint.
+const char* tintName(Tint t);
 
 // What pressing, switching or choosing a control of the form does.
 enum class Control {

@@ -6,6 +6,34 @@
 
 namespace tarnwick {
 
+const char* rowStateName(RowState s) {
+    switch (s) {
+    case RowState::complete:
+        return "complete";
+    case RowState::current:
+        return "current";
+    case RowState::pending:
+        break;
+    }
+    return "pending";
+}
+
+const char* colourName(SetupColour c) {
+    switch (c) {
+    case SetupColour::primary:
+        return "primary";
+    case SetupColour::secondary:
+        return "secondary";
+    case SetupColour::accent:
+        return "accent";
+    case SetupColour::green:
+        return "green";
+    case SetupColour::red:
+        break;
+    }
+    return "red";
+}
+
 using Step = SetupModel::Step;
 
 SetupHeader setupHeader(Step step) {

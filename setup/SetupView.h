@@ -55,6 +55,9 @@ struct SetupButton {
 
 enum class RowState { complete, current, pending };
 enum class SetupColour { primary, secondary, accent, green, red };
+// "complete", "primary", …: how views and transcripts name them.
+const char* rowStateName(RowState s);
+const char* colourName(SetupColour c);
 
 struct ChecklistRow {
     std::string title;

@@ -42,22 +42,6 @@ const char* kindName(FormItem::Kind k) {
     return "caption";
 }
 
-const char* tintName(Tint t) {
-    switch (t) {
-    case Tint::none:
-        return "none";
-    case Tint::gray:
-        return "gray";
-    case Tint::accent:
-        return "accent";
-    case Tint::green:
-        return "green";
-    case Tint::orange:
-        return "orange";
-    }
-    return "none";
-}
-
 QVariantMap toVariant(const FormItem& i, int index) {
     QStringList choices;
     for (const auto& c : i.choices)

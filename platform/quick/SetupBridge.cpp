@@ -6,34 +6,6 @@ namespace tarnwick::quick {
 
 namespace {
 
-const char* stateName(RowState s) {
-    switch (s) {
-    case RowState::complete:
-        return "complete";
-    case RowState::current:
-        return "current";
-    case RowState::pending:
-        return "pending";
-    }
-    return "pending";
-}
-
-const char* colourName(SetupColour c) {
-    switch (c) {
-    case SetupColour::primary:
-        return "primary";
-    case SetupColour::secondary:
-        return "secondary";
-    case SetupColour::accent:
-        return "accent";
-    case SetupColour::green:
-        return "green";
-    case SetupColour::red:
-        return "red";
-    }
-    return "primary";
-}
-
 QString optional(const std::optional<std::string>& s) {
     return s ? qs(*s) : QString();
 }
@@ -62,7 +34,7 @@ void SetupBridge::refresh() {
     for (const auto& r : model_->checklist())
         checklist_ << QVariantMap{{"title", qs(r.title)},
                                   {"step", static_cast<int>(r.step)},
-                                  {"state", stateName(r.state)},
+                                  {"state", rowStateName(r.state)},
                                   {"symbol", qs(r.symbol)},
                                   {"symbolColour", colourName(r.symbolColour)},
                                   {"semibold", r.weight == FontWeight::semibold},

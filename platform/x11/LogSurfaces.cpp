@@ -3,9 +3,7 @@
 #include "island/IslandModel.h"
 #include "platform/sim/IslandRecorder.h"
 
-#include <QFont>
-#include <QFontMetricsF>
-#include <QGuiApplication>
+#include <QString>
 
 #include <cstdio>
 
@@ -97,26 +95,10 @@ std::unique_ptr<Window> LogSurfaces::makeWindow(WindowKind kind, const std::stri
     return std::make_unique<LogWindow>(log_, kind, title);
 }
 
-double LogSurfaces::textWidth(const std::string& text, double pointSize, FontWeight weight) {
-    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
-        return 0.6 * pointSize * static_cast<double>(QString::fromStdString(text).size());
-    QFont font;
-    font.setPointSizeF(pointSize);
-    switch (weight) {
-    case FontWeight::regular:
-        font.setWeight(QFont::Normal);
-        break;
-    case FontWeight::medium:
-        font.setWeight(QFont::Medium);
-        break;
-    case FontWeight::semibold:
-        font.setWeight(QFont::DemiBold);
-        break;
-    case FontWeight::bold:
-        font.setWeight(QFont::Bold);
-        break;
-    }
-    return QFontMetricsF(font).horizontalAdvance(QString::fromStdString(text));
+double LogSurfaces::textWidth(const std::string& text, double pointSize, FontWeight) {
+    // The drawn views measure with the desktop's fonts (QuickSurfaces); a
+    // log has no font, so a fixed advance per character stands in.
+    return 0.6 * pointSize * static_cast<double>(QString::fromStdString(text).size());
 }
 
 } // namespace tarnwick::x11

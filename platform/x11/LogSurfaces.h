@@ -5,8 +5,8 @@
 
 namespace tarnwick::x11 {
 
-// Our own surfaces until they are drawn: each says in the log what it would
-// show. Text is measured with the desktop's font when a GUI is up.
+// Our own surfaces as the log tells them: each says what it shows. The drawn
+// views (QuickSurfaces) wrap these, so that the log keeps the story.
 class LogSurfaces : public Surfaces {
   public:
     explicit LogSurfaces(SystemLog& log)

@@ -21,34 +21,6 @@ SetupView& requireSetup(Runtime& rt) {
     return *view;
 }
 
-const char* stateName(RowState s) {
-    switch (s) {
-    case RowState::complete:
-        return "complete";
-    case RowState::current:
-        return "current";
-    case RowState::pending:
-        break;
-    }
-    return "pending";
-}
-
-const char* colourName(SetupColour c) {
-    switch (c) {
-    case SetupColour::primary:
-        return "primary";
-    case SetupColour::secondary:
-        return "secondary";
-    case SetupColour::accent:
-        return "accent";
-    case SetupColour::green:
-        return "green";
-    case SetupColour::red:
-        break;
-    }
-    return "red";
-}
-
 Action press(Cursor& c, ParseState&) {
     auto label = c.string("a button's text");
     c.end();
@@ -100,7 +72,7 @@ Action dump(Cursor& c, ParseState&) {
         const auto& m = *view->model();
         line(std::string("step ") + rawValue(m.step()));
         for (const auto& r : view->checklist())
-            line("row " + quoted(r.title) + " " + stateName(r.state) + " symbol=" + r.symbol +
+            line("row " + quoted(r.title) + " " + rowStateName(r.state) + " symbol=" + r.symbol +
                  " tint=" + colourName(r.symbolColour) +
                  (r.weight == FontWeight::semibold ? " semibold" : ""));
         const auto card = view->card();

@@ -9,22 +9,6 @@ namespace tarnwick::sim {
 
 namespace {
 
-const char* tintName(Tint t) {
-    switch (t) {
-    case Tint::gray:
-        return "gray";
-    case Tint::accent:
-        return "accent";
-    case Tint::green:
-        return "green";
-    case Tint::orange:
-        return "orange";
-    case Tint::none:
-        break;
-    }
-    return "none";
-}
-
 Action reopen(Cursor& c, ParseState&) {
     c.end();
     return [](Runtime& rt) {
