@@ -4,6 +4,7 @@
 #include "settings/SettingsWindow.h"
 
 #include "tests/app/ShellWorld.h"
+#include "tests/quick/Drawn.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -13,18 +14,10 @@
 #include <gtest/gtest.h>
 
 using namespace tarnwick;
+using tarnwick::quicktest::drawn;
 using tarnwick::shelltest::ShellWorld;
 
 namespace {
-
-// Every item drawn under `item`: delegates made by a Repeater are children
-// in the scene, not in the object tree.
-void drawn(QQuickItem* item, QList<QQuickItem*>& out) {
-    for (auto* child : item->childItems()) {
-        out << child;
-        drawn(child, out);
-    }
-}
 
 // The running settings window over the whole program on a simulated desktop.
 struct Form : ShellWorld {

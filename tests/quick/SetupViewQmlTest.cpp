@@ -1,6 +1,7 @@
 #include "platform/quick/QuickView.h"
 #include "platform/quick/SetupBridge.h"
 
+#include "tests/quick/Drawn.h"
 #include "tests/setup/SetupWorld.h"
 
 #include <QEventLoop>
@@ -14,19 +15,11 @@
 #include <algorithm>
 
 using namespace tarnwick;
+using tarnwick::quicktest::drawn;
 using tarnwick::setuptest::SetupWorld;
 using Step = SetupModel::Step;
 
 namespace {
-
-// Every item drawn under `item`: delegates made by a Repeater are children
-// in the scene, not in the object tree.
-void drawn(QQuickItem* item, QList<QQuickItem*>& out) {
-    for (auto* child : item->childItems()) {
-        out << child;
-        drawn(child, out);
-    }
-}
 
 // The running first-run window over a model on a simulated desktop.
 struct Shown : SetupWorld {
