@@ -94,10 +94,11 @@ DisplayDiff diff(const DisplayMap& old, const std::vector<Display>& now) {
     for (const auto& d : now)
         if (!d.isBuiltin && !old.count(d.id)) out.added.push_back(d);
     // The map is ordered by id, which is the order removals are reported in.
-    for (const auto& [id, d] : old) {
+    for (const auto& entry : old) {
+        const Display& d = entry.second;
         if (d.isBuiltin) continue;
         bool still =
-            std::any_of(now.begin(), now.end(), [&](const Display& n) { return n.id == id; });
+            std::any_of(now.begin(), now.end(), [&](const Display& n) { return n.id == d.id; });
         if (!still) out.removed.push_back(d);
     }
     return out;
