@@ -134,7 +134,7 @@ Action expectDefaults(Cursor& c, ParseState&) {
         auto got = it == user.end() ? std::string("absent") : formatDefaultsValue(it->second);
         bool holds = want ? it != user.end() && it->second == *want : it == user.end();
         if (!holds)
-            throw CheckFailed("expected defaults " + key + " " +
+            throw CheckFailed("expected defaults " + bareOrQuoted(key) + " " +
                               (want ? formatDefaultsValue(*want) : "absent") + ", got " + got);
     };
 }
@@ -174,7 +174,7 @@ Action dumpDefaults(Cursor& c, ParseState&) {
     c.end();
     return [](Runtime& rt) {
         for (const auto& [key, v] : rt.desktop.userDefaults())
-            rt.transcript.line("stored", key + " " + formatDefaultsValue(v));
+            rt.transcript.line("stored", bareOrQuoted(key) + " " + formatDefaultsValue(v));
     };
 }
 

@@ -2,7 +2,7 @@
 
 #include <charconv>
 #include <cmath>
-#include <regex>
+#include <string_view>
 
 namespace tarnwick::sim {
 
@@ -77,26 +77,113 @@ std::string Cursor::wordOrString(const char* what) {
     return text_[pos_] == '"' ? string(what) : word(what);
 }
 
-double Cursor::parseNumber(const std::string& text, const char* what) {
-    static const std::regex form(R"([+-]?(\d+(\.\d*)?|\.\d+))");
-    if (!std::regex_match(text, form))
-        throw ParseError(std::string("expected ") + what + " as a number, found '" + text + "'");
-    auto start = text.c_str() + (text[0] == '+' ? 1 : 0);
-    double v = 0;
-    std::from_chars(start, text.c_str() + text.size(), v);
+namespace {
+
+// A token as a message shows it: a number of 30,000 digits is cut short.
+std::string shown(const std::string& text) {
+    constexpr size_t most = 40;
+    if (text.size() <= most) return text;
+    size_t cut = most;
+    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+        --cut;
+    return text.substr(0, cut) + "…";
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+struct Decimal {
+    bool negative = false;
+    std::string_view whole, fraction;
+};
+
+// A plain scan rather than a regular expression: the library's matcher
+// recurses once per character, so a long enough number overflowed the stack.
+Decimal scanDecimal(const std::string& text, const char* what) {
+    Decimal d;
+    size_t i = 0;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) d.negative = text[i++] == '-';
+    size_t start = i;
+    while (i < text.size() && isDigit(text[i]))
+        ++i;
+    d.whole = std::string_view(text).substr(start, i - start);
+    if (i < text.size() && text[i] == '.') {
+        start = ++i;
+        while (i < text.size() && isDigit(text[i]))
+            ++i;
+        d.fraction = std::string_view(text).substr(start, i - start);
+    }
+    if (i != text.size() || (d.whole.empty() && d.fraction.empty()))
+        throw ParseError(std::string("expected ") + what + " as a number, found '" + shown(text) +
+                         "'");
+    return d;
+}
+
+ParseError outOfRange(const std::string& text, const char* what) {
+    return ParseError(std::string(what) + " is out of range: '" + shown(text) + "'");
+}
+
+// The magnitude of a whole number, exactly; a fraction may only hold zeros.
+uint64_t magnitude(const Decimal& d, const std::string& text, const char* what) {
+    if (d.fraction.find_first_not_of('0') != std::string_view::npos)
+        throw ParseError(std::string("expected ") + what + " as a whole number, found '" +
+                         shown(text) + "'");
+    uint64_t v = 0;
+    if (d.whole.empty()) return v;
+    auto [ptr, ec] = std::from_chars(d.whole.data(), d.whole.data() + d.whole.size(), v);
+    if (ec == std::errc::result_out_of_range) throw outOfRange(text, what);
     return v;
+}
+
+} // namespace
+
+double Cursor::parseNumber(const std::string& text, const char* what) {
+    scanDecimal(text, what);
+    const char* start = text.c_str() + (text[0] == '+' ? 1 : 0);
+    const char* end = text.c_str() + text.size();
+    double v = 0;
+    auto [ptr, ec] = std::from_chars(start, end, v);
+    if (ec == std::errc::result_out_of_range || (ec == std::errc() && !std::isfinite(v)))
+        throw outOfRange(text, what);
+    if (ec != std::errc() || ptr != end)
+        throw ParseError(std::string("expected ") + what + " as a number, found '" + shown(text) +
+                         "'");
+    return v;
+}
+
+int64_t Cursor::parseInteger(const std::string& text, const char* what, int64_t min, int64_t max) {
+    const auto d = scanDecimal(text, what);
+    const uint64_t m = magnitude(d, text, what);
+    if (m == 0) {
+        if (min > 0) throw outOfRange(text, what);
+        return 0;
+    }
+    if (d.negative) {
+        // -(min + 1) + 1 is |min| without overflowing when min is INT64_MIN.
+        if (min >= 0 || m - 1 > static_cast<uint64_t>(-(min + 1))) throw outOfRange(text, what);
+        const int64_t v = -static_cast<int64_t>(m - 1) - 1;
+        if (v > max) throw outOfRange(text, what);
+        return v;
+    }
+    if (max < 0 || m > static_cast<uint64_t>(max) || static_cast<int64_t>(m) < min)
+        throw outOfRange(text, what);
+    return static_cast<int64_t>(m);
+}
+
+uint64_t Cursor::parseUnsigned(const std::string& text, const char* what) {
+    const auto d = scanDecimal(text, what);
+    const uint64_t m = magnitude(d, text, what);
+    if (d.negative && m != 0) throw outOfRange(text, what);
+    return m;
 }
 
 double Cursor::number(const char* what) {
     return parseNumber(word(what), what);
 }
 
-int64_t Cursor::integer(const char* what) {
-    auto w = word(what);
-    double v = parseNumber(w, what);
-    if (std::trunc(v) != v || std::fabs(v) > 9e15)
-        throw ParseError(std::string("expected ") + what + " as a whole number, found '" + w + "'");
-    return static_cast<int64_t>(v);
+int64_t Cursor::integer(const char* what, int64_t min, int64_t max) {
+    return parseInteger(word(what), what, min, max);
 }
 
 Rect Cursor::parseRect(const std::string& text, const char* what) {
@@ -117,21 +204,47 @@ Rect Cursor::rect(const char* what) {
     return parseRect(word(what), what);
 }
 
+namespace {
+
+// Parses JSON text no deeper than maxJsonDepth; a deeper value is dropped
+// while it is read rather than built, since copying or normalising it
+// recurses once per level.
+nlohmann::json boundedJson(const std::string& text, bool& tooDeep) {
+    using json = nlohmann::json;
+    tooDeep = false;
+    auto limit = [&tooDeep](int depth, json::parse_event_t event, json&) {
+        // `depth` counts the containers around this one.
+        if ((event == json::parse_event_t::object_start ||
+             event == json::parse_event_t::array_start) &&
+            depth >= maxJsonDepth)
+            tooDeep = true;
+        return !tooDeep;
+    };
+    return json::parse(text, limit, /*allow_exceptions=*/false);
+}
+
+} // namespace
+
 nlohmann::json Cursor::jsonRest(const char* what) {
     if (atEnd()) throw ParseError(std::string("missing ") + what);
     auto rest = text_.substr(pos_);
     while (!rest.empty() && (rest.back() == ' ' || rest.back() == '\t' || rest.back() == '\r'))
         rest.pop_back();
     pos_ = text_.size();
-    if (rest.rfind("data:", 0) == 0) {
-        auto s = nlohmann::json::parse(rest.substr(5), nullptr, false);
-        if (s.is_discarded() || !s.is_string())
+    const bool binary = rest.rfind("data:", 0) == 0;
+    bool tooDeep = false;
+    auto v = boundedJson(binary ? rest.substr(5) : rest, tooDeep);
+    if (tooDeep)
+        throw ParseError(std::string(what) + " is nested deeper than " +
+                         std::to_string(maxJsonDepth) + " levels");
+    if (binary) {
+        if (v.is_discarded() || !v.is_string())
             throw ParseError(std::string("expected ") + what + ": data:\"TEXT\"");
-        auto bytes = s.get<std::string>();
+        auto bytes = v.get<std::string>();
         return nlohmann::json::binary(std::vector<uint8_t>(bytes.begin(), bytes.end()));
     }
-    auto v = nlohmann::json::parse(rest, nullptr, false);
-    if (v.is_discarded()) throw ParseError(std::string(what) + " is not valid JSON: " + rest);
+    if (v.is_discarded())
+        throw ParseError(std::string(what) + " is not valid JSON: " + shown(rest));
     return v;
 }
 
@@ -142,6 +255,10 @@ std::map<std::string, std::string> Cursor::options(const std::set<std::string>& 
         auto w = word("an option");
         auto eq = w.find('=');
         auto name = w.substr(0, eq);
+        // A repeated option would silently take its last value.
+        if (out.count(name))
+            throw ParseError("option '" + name + (eq == std::string::npos ? "" : "=") +
+                             "' given twice");
         if (eq == std::string::npos) {
             if (!flags.count(name)) throw ParseError("unknown option '" + name + "'");
             out[name] = "";

@@ -1,5 +1,6 @@
 #include "platform/sim/scenario/Scenario.h"
 
+#include <new>
 #include <sstream>
 
 namespace tarnwick::sim {
@@ -50,9 +51,11 @@ const Registry& statements() {
 std::vector<Statement> parseScenario(const std::string& file, const std::string& text) {
     std::vector<Statement> out;
     ParseState state;
+    double clock = 0; // where the waits so far take the virtual clock
     std::istringstream in(text);
     std::string raw;
-    int lineNo = 0;
+    int64_t lineNo = 0;
+    auto where = [&] { return file + ":" + std::to_string(lineNo) + ": "; };
     while (std::getline(in, raw)) {
         ++lineNo;
         try {
@@ -77,21 +80,38 @@ std::vector<Statement> parseScenario(const std::string& file, const std::string&
                 s.waitSeconds = c.number("the seconds to wait");
                 c.end();
                 if (s.waitSeconds < 0) throw ParseError("cannot wait a negative time");
+                // The clock counts whole microseconds in 64 bits; this bound
+                // keeps it, and every delay the program adds to it, far
+                // from overflowing.
+                clock += s.waitSeconds;
+                if (clock > maxClockSeconds)
+                    throw ParseError("the virtual clock may not pass " +
+                                     std::to_string(static_cast<int64_t>(maxClockSeconds)) +
+                                     " seconds");
             } else {
                 s.run = kind->parse(c, state);
             }
             out.push_back(std::move(s));
         } catch (const ParseError& e) {
-            throw ParseError(file + ":" + std::to_string(lineNo) + ": " + e.what());
+            throw ParseError(where() + e.what());
+        } catch (const std::bad_alloc&) {
+            throw ParseError(where() + "out of memory");
+        } catch (const std::exception& e) {
+            // A library's refusal that no check above foresaw still names the line.
+            throw ParseError(where() + "cannot read the statement: " + e.what());
         }
     }
     return out;
 }
 
-Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& rt) {
+namespace {
+
+Outcome playStatements(const std::string& file, const std::vector<Statement>& statements,
+                       Runtime& rt, int64_t& line) {
     constexpr int64_t day = 86400LL * 1000000LL;
     auto where = [&](const Statement& s) { return file + ":" + std::to_string(s.line) + ": "; };
     for (const auto& s : statements) {
+        line = s.line;
         // A statement takes effect after the work already due at this time.
         auto run = [&](int64_t until, int64_t deadline) {
             return rt.dispatch.runUntil(until, deadline);
@@ -118,6 +138,25 @@ Outcome play(const std::string& file, const std::vector<Statement>& statements, 
     return {0, {}};
 }
 
+} // namespace
+
+Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& rt) {
+    // The line whose statement or wait was running when an exception came out.
+    int64_t line = 0;
+    auto fault = [&](const std::string& what) {
+        return Outcome{3, file + ":" + std::to_string(line) + ": " + what};
+    };
+    try {
+        return playStatements(file, statements, rt, line);
+    } catch (const std::bad_alloc&) {
+        return fault("out of memory");
+    } catch (const std::exception& e) {
+        return fault(std::string("the program under test threw an exception: ") + e.what());
+    } catch (...) {
+        return fault("the program under test threw an exception");
+    }
+}
+
 PlatformEvent eventNamed(const std::string& name) {
     static const std::map<std::string, PlatformEvent> events{
         {"screens", PlatformEvent::screenParameters},
@@ -141,8 +180,7 @@ bool yesNo(Cursor& c, const char* what) {
 }
 
 int32_t processId(Cursor& c) {
-    auto v = c.integer("a process identifier");
-    if (v < INT32_MIN || v > INT32_MAX) throw ParseError("a process identifier is a 32-bit number");
+    auto v = c.integer("a process identifier", INT32_MIN, INT32_MAX);
     if (v == SimWorld::ownPid)
         throw ParseError("process identifier " + std::to_string(v) + " is this program's own");
     return static_cast<int32_t>(v);

@@ -91,8 +91,11 @@ void registerSetupStatements(Registry& r);
 void registerShellStatements(Registry& r); // the menu, reopening, the settings window
 const Registry& statements();
 
+// How far the waits of a scenario may take the virtual clock, in seconds.
+inline constexpr double maxClockSeconds = 1e9;
+
 struct Statement {
-    int line = 0;
+    int64_t line = 0;
     Action run;
     bool isWait = false;
     double waitSeconds = 0;
@@ -107,7 +110,8 @@ struct Outcome {
 };
 
 // Plays a parsed scenario on `runtime`. When the program ends itself, play
-// stops there with exit 0: every check so far held.
+// stops there with exit 0: every check so far held. An exception out of the
+// program under test ends it with exit 3 and the line that was playing.
 Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& runtime);
 
 // Shared helpers of the statement modules.

@@ -2,9 +2,21 @@
 #include "base/JsonText.h"
 #include "platform/sim/scenario/Scenario.h"
 
+#include <algorithm>
+
 namespace tarnwick::sim {
 
 namespace {
+
+// A saved title is its digest; anything else found under the layouts key
+// (another version's data, a hand edit) is quoted, so that it cannot pass
+// for a digest or break the line.
+std::string digestOrQuoted(const std::string& s) {
+    const bool digest = s.size() == 64 && std::all_of(s.begin(), s.end(), [](char c) {
+                            return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
+                        });
+    return digest ? s : quoted(s);
+}
 
 std::string ref(int32_t pid, const std::string& title) {
     return std::to_string(pid) + " " + quoted(title);
@@ -20,6 +32,10 @@ std::optional<double> seconds(const std::string& text, const char* what) {
     if (text == "never") return std::nullopt;
     double v = Cursor::parseNumber(text, what);
     if (v < 0) throw ParseError(std::string(what) + " cannot be negative");
+    // It is added to the virtual clock, which the waits may take that far.
+    if (v > maxClockSeconds)
+        throw ParseError(std::string(what) + " may not pass " +
+                         std::to_string(static_cast<int64_t>(maxClockSeconds)) + " seconds");
     return v;
 }
 
@@ -57,16 +73,12 @@ Action window(Cursor& c, ParseState&) {
     w.unlisted = o.count("unlisted");
     if (o.count("subrole"))
         w.subrole = o["subrole"] == "none" ? std::nullopt : std::optional(o["subrole"]);
-    if (o.count("element")) {
-        auto v = Cursor::parseNumber(o["element"], "an element identifier");
-        if (v < 0 || std::trunc(v) != v)
-            throw ParseError("an element identifier is a whole number");
-        w.element = static_cast<uint64_t>(v);
-    }
+    if (o.count("element"))
+        w.element = Cursor::parseUnsigned(o["element"], "an element identifier");
     if (o.count("number"))
-        w.number = static_cast<int64_t>(Cursor::parseNumber(o["number"], "a window number"));
+        w.number = Cursor::parseInteger(o["number"], "a window number", INT64_MIN, INT64_MAX);
     if (o.count("layer"))
-        w.layer = static_cast<int64_t>(Cursor::parseNumber(o["layer"], "a layer"));
+        w.layer = Cursor::parseInteger(o["layer"], "a layer", INT64_MIN, INT64_MAX);
     if (o.count("listed")) {
         auto r = Cursor::parseRect("0,0," + o["listed"], "the listed size W,H");
         w.listed = Size{r.w, r.h};
@@ -148,8 +160,9 @@ Action dumpLayouts(Cursor& c, ParseState&) {
         for (const auto& [key, windows] : rt.app().layouts().load()) {
             if (windows.empty()) rt.transcript.line("layout", quoted(key) + " empty");
             for (const auto& w : windows)
-                rt.transcript.line("layout", quoted(key) + " " + quoted(w.bundle) + " " + w.title +
-                                                 " " + formatRect({w.x, w.y, w.w, w.h}));
+                rt.transcript.line("layout", quoted(key) + " " + quoted(w.bundle) + " " +
+                                                 digestOrQuoted(w.title) + " " +
+                                                 formatRect({w.x, w.y, w.w, w.h}));
         }
     };
 }

@@ -8,9 +8,26 @@ namespace tarnwick::sim {
 namespace {
 
 uint32_t screenId(Cursor& c) {
-    auto id = c.integer("a screen ID");
-    if (id < 0 || id > UINT32_MAX) throw ParseError("a screen ID is an unsigned 32-bit number");
-    return static_cast<uint32_t>(id);
+    return static_cast<uint32_t>(c.integer("a screen ID", 0, UINT32_MAX));
+}
+
+// No real screen has no area; an empty one would still be chosen as a
+// destination and swallow the windows moved there.
+Rect area(const std::string& text, const char* what) {
+    auto r = Cursor::parseRect(text, what);
+    if (!(r.w > 0 && r.h > 0))
+        throw ParseError(std::string(what) + " needs a width and a height above 0, found '" + text +
+                         "'");
+    return r;
+}
+
+// Text that reaches the transcript as written (a display's name in the
+// status line, an error in the log) must stay on its line.
+std::string oneLine(std::string text, const char* what) {
+    for (unsigned char ch : text)
+        if (ch < 0x20 || ch == 0x7f)
+            throw ParseError(std::string(what) + " holds a control character");
+    return text;
 }
 
 Size size(const std::string& text) {
@@ -30,12 +47,17 @@ Point point(const std::string& text) {
 Action screen(Cursor& c, ParseState&) {
     SimControl::Screen s;
     s.id = screenId(c);
-    s.name = c.string("the screen's name");
-    s.frame = c.rect("the screen's rectangle");
+    s.name = oneLine(c.string("the screen's name"), "the screen's name");
+    s.frame = area(c.word("the screen's rectangle"), "the screen's rectangle");
     s.visible = s.frame;
     auto o = c.options({"visible", "notch"}, {"builtin", "noid"});
-    if (o.count("visible")) s.visible = Cursor::parseRect(o["visible"], "the visible rectangle");
-    if (o.count("notch")) s.notch = size(o["notch"]);
+    if (o.count("visible")) s.visible = area(o["visible"], "the visible rectangle");
+    if (o.count("notch")) {
+        s.notch = size(o["notch"]);
+        if (!(s.notch->w > 0 && s.notch->h > 0))
+            throw ParseError("a notch needs a width and a height above 0, found '" + o["notch"] +
+                             "'");
+    }
     s.builtin = o.count("builtin");
     s.noid = o.count("noid");
     return [s](Runtime& rt) { rt.desktop.addScreen(s); };
@@ -177,7 +199,7 @@ Action fail(Cursor& c, ParseState&) {
         {"exec", Op::exec},   {"login", Op::login},
     };
     auto name = c.word("an operation");
-    auto error = c.string("the error text");
+    auto error = oneLine(c.string("the error text"), "the error text");
     c.end();
     auto it = operations.find(name);
     if (it == operations.end())

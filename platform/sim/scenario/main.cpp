@@ -55,23 +55,27 @@ int main(int argc, char** argv) {
     }
     if (file.empty()) return usage();
 
-    std::stringstream text;
-    if (file == "-") {
-        text << std::cin.rdbuf();
-    } else {
-        std::ifstream in(file, std::ios::binary);
-        if (!in) {
-            std::cerr << file << ":0: cannot read the file: " << std::strerror(errno) << "\n";
-            return 2;
-        }
-        text << in.rdbuf();
-    }
-
     std::vector<tarnwick::sim::Statement> statements;
     try {
+        std::stringstream text;
+        if (file == "-") {
+            text << std::cin.rdbuf();
+        } else {
+            std::ifstream in(file, std::ios::binary);
+            if (!in) {
+                std::cerr << file << ":0: cannot read the file: " << std::strerror(errno) << "\n";
+                return 2;
+            }
+            text << in.rdbuf();
+        }
         statements = tarnwick::sim::parseScenario(file, text.str());
     } catch (const tarnwick::sim::ParseError& e) {
         std::cerr << e.what() << "\n";
+        return 2;
+    } catch (const std::exception& e) {
+        // Only reading the whole file can get here (a file too big to hold):
+        // the parser names the line of anything else.
+        std::cerr << file << ":0: cannot read the file: " << e.what() << "\n";
         return 2;
     }
 
@@ -90,8 +94,19 @@ int main(int argc, char** argv) {
 #endif
     bool shotFailed = false;
 
+    // A stack overflow leaves no stack to report it on: the handler runs on
+    // a stack of its own.
+    static char altStack[64 * 1024];
+    stack_t ss{};
+    ss.ss_sp = altStack;
+    ss.ss_size = sizeof altStack;
+    sigaltstack(&ss, nullptr);
+    struct sigaction sa {};
+    sa.sa_handler = crashed;
+    sa.sa_flags = SA_ONSTACK;
+    sigemptyset(&sa.sa_mask);
     for (int sig : {SIGSEGV, SIGABRT, SIGFPE, SIGBUS, SIGILL})
-        std::signal(sig, crashed);
+        sigaction(sig, &sa, nullptr);
     tarnwick::sim::Outcome outcome;
     {
         tarnwick::sim::Runtime runtime(stdout);

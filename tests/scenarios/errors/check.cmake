@@ -5,8 +5,8 @@
 # the messages carry the bare file name.
 get_filename_component(dir ${SCENARIO} DIRECTORY)
 get_filename_component(file ${SCENARIO} NAME)
-file(STRINGS ${SCENARIO} want_rc REGEX "^# exit: ")
-file(STRINGS ${SCENARIO} want_err REGEX "^# stderr: ")
+file(STRINGS ${SCENARIO} want_rc REGEX "^# exit: " ENCODING UTF-8)
+file(STRINGS ${SCENARIO} want_err REGEX "^# stderr: " ENCODING UTF-8)
 if(NOT want_rc OR NOT want_err)
   message(FATAL_ERROR "${file} lacks its \"# exit: \" or \"# stderr: \" line")
 endif()
