@@ -96,7 +96,7 @@ void Controller::disconnected(const std::vector<Display>& removed,
 }
 
 void Controller::connected(const std::vector<Display>& added) {
-    const double settle = std::max(parts_.prefs.delay() - settleStep, 0.0);
+    const double settle = std::max(parts_.prefs.settleTime() - settleStep, 0.0);
     const double now = parts_.platform.dispatch.now();
     const bool sameGroup = now - lastArrival_ < settle + groupWindow;
     std::vector<Display> group;
@@ -184,9 +184,11 @@ void Controller::saveLayout() {
     const auto n = static_cast<int64_t>(displays_.size());
     auto self = shared_from_this();
     parts_.platform.dispatch.background(QoS::userInitiated, [self, n] {
-        self->parts_.layouts.save();
-        self->parts_.platform.dispatch.main(
-            [self, n] { self->setStatus("Layout saved for " + plural(n, "display")); });
+        auto saved = self->parts_.layouts.save();
+        self->parts_.platform.dispatch.main([self, n, saved] {
+            self->logSave(saved);
+            self->setStatus("Layout saved for " + plural(n, "display"));
+        });
     });
 }
 
@@ -227,7 +229,16 @@ void Controller::autoSnapshot() {
         !parts_.platform.trust.isProcessTrusted())
         return;
     auto self = shared_from_this();
-    parts_.platform.dispatch.background(QoS::utility, [self] { self->parts_.layouts.save(); });
+    parts_.platform.dispatch.background(QoS::utility, [self] {
+        auto saved = self->parts_.layouts.save();
+        if (!saved.logLines().empty())
+            self->parts_.platform.dispatch.main([self, saved] { self->logSave(saved); });
+    });
+}
+
+void Controller::logSave(const Layouts::SaveResult& saved) {
+    for (const auto& line : saved.logLines())
+        parts_.platform.log.line(line);
 }
 
 } // namespace tarnwick

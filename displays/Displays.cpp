@@ -4,10 +4,30 @@
 #include "prefs/Prefs.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <unordered_map>
 
 namespace tarnwick::Displays {
+
+namespace {
+
+// Whole points in plain digits, as keys have always been written, without a
+// conversion to an integer type that a screen's reported size could overflow.
+std::string whole(double v) {
+    if (!std::isfinite(v)) return formatNumber(v);
+    char buf[400]; // the longest finite double in fixed notation has 309 digits
+    auto end = std::to_chars(buf, buf + sizeof buf, std::trunc(v) + 0.0, // + 0.0: -0 reads 0
+                             std::chars_format::fixed)
+                   .ptr;
+    return std::string(buf, end);
+}
+
+} // namespace
+
+bool hasArea(const Rect& r) {
+    return r.isFinite() && r.w > 0 && r.h > 0;
+}
 
 std::vector<Display> all(Screens& screens) {
     auto list = screens.screens();
@@ -17,9 +37,12 @@ std::vector<Display> all(Screens& screens) {
     auto flip = [top](const Rect& r) { return Rect{r.minX(), top - r.maxY(), r.w, r.h}; };
     std::vector<Display> out;
     for (const auto& s : list) {
-        if (!s.number) continue;
+        if (!s.number || !hasArea(s.frame)) continue;
+        // A usable area without area of its own (a dock claiming the whole
+        // screen) would swallow every window moved there: use the screen.
+        const Rect visible = hasArea(s.visibleFrame) ? s.visibleFrame : s.frame;
         out.push_back(
-            {*s.number, s.name, flip(s.frame), flip(s.visibleFrame), screens.isBuiltin(*s.number)});
+            {*s.number, s.name, flip(s.frame), flip(visible), screens.isBuiltin(*s.number)});
     }
     return disambiguate(out);
 }
@@ -77,8 +100,7 @@ std::optional<Display> target(const std::vector<Display>& displays,
 std::string configKey(const std::vector<Display>& displays) {
     std::vector<std::string> parts;
     for (const auto& d : displays)
-        parts.push_back(d.name + "@" + std::to_string(static_cast<long long>(d.frame.w)) + "x" +
-                        std::to_string(static_cast<long long>(d.frame.h)));
+        parts.push_back(d.name + "@" + whole(d.frame.w) + "x" + whole(d.frame.h));
     // Byte order, the same in every build: saved layouts are found by this key.
     std::sort(parts.begin(), parts.end());
     std::string key;
@@ -128,8 +150,8 @@ DisplayMap byId(const std::vector<Display>& displays) {
 
 std::string sizeText(const Display& d) {
     // Truncated, as a size in whole points reads; + 0.0 turns -0 into 0.
-    auto whole = [](double v) { return formatNumber(std::trunc(v) + 0.0); };
-    return whole(d.frame.width()) + " \u00d7 " + whole(d.frame.height());
+    auto points = [](double v) { return formatNumber(std::trunc(v) + 0.0); };
+    return points(d.frame.width()) + " \u00d7 " + points(d.frame.height());
 }
 
 } // namespace tarnwick::Displays

@@ -33,7 +33,11 @@ struct DisplayDiff {
 
 namespace Displays {
 
-// The connected screens, primary first, with shared names made unique.
+// Whether a rectangle can hold a window: finite, with positive width and height.
+bool hasArea(const Rect& r);
+// The connected screens, primary first, with shared names made unique. A
+// screen without area is left out: no real screen has none, and windows
+// moved onto one would vanish.
 std::vector<Display> all(Screens& screens);
 std::vector<Display> disambiguate(const std::vector<Display>& displays);
 // Where windows go: the display named in the preferences, else the largest external one.

@@ -82,15 +82,22 @@ LayoutStore Layouts::load() {
     return decode(std::string(bytes.begin(), bytes.end())).value_or(LayoutStore{});
 }
 
-void Layouts::save() {
+Layouts::SaveResult Layouts::save() {
     uint64_t ticket;
     {
         std::lock_guard lock(mutex_);
         ticket = ++nextTicket_;
     }
+    SaveResult result;
     std::vector<SavedWindow> saved;
     for (const auto& w : mover_.windows()) {
         if (w.fullscreen) continue;
+        // An application may report any frame; one that is not a number
+        // could neither be stored nor put back, and must not cost the others.
+        if (!w.frame.isFinite()) {
+            ++result.leftOut;
+            continue;
+        }
         saved.push_back({w.app->bundleIdentifier.value_or(""), titleDigest(w.title), w.frame.x,
                          w.frame.y, w.frame.w, w.frame.h});
     }
@@ -99,13 +106,27 @@ void Layouts::save() {
     std::lock_guard lock(mutex_);
     const auto key = Displays::configKey(Displays::all(screens_));
     auto& written = writtenTicket_[key];
-    if (written > ticket) return; // a later snapshot of this setup is already stored
+    if (written > ticket) return result; // a later snapshot of this setup is already stored
     auto store = load();
     store[key] = std::move(saved);
     auto text = encode(store);
-    if (!text) return; // keep what is stored rather than lose other setups' layouts
+    if (!text) {
+        // Keep what is stored rather than lose other setups' layouts.
+        result.stored = false;
+        return result;
+    }
     written = ticket;
     defaults_.set(storeKey, json::binary(std::vector<uint8_t>(text->begin(), text->end())));
+    return result;
+}
+
+std::vector<std::string> Layouts::SaveResult::logLines() const {
+    std::vector<std::string> lines;
+    if (leftOut > 0)
+        lines.push_back("Layout saved without " + std::to_string(leftOut) +
+                        (leftOut == 1 ? " window" : " windows") + " whose frame is not a number");
+    if (!stored) lines.push_back("Layout not saved: the layouts could not be written as JSON");
+    return lines;
 }
 
 RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
@@ -123,7 +144,7 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
     RestoreResult result;
     auto apply = [&](const AXWindow& w, const SavedWindow& s) {
         Rect f{s.x, s.y, s.w, s.h};
-        if (!Displays::containing(f, displays)) {
+        if (!Displays::hasArea(f) || !Displays::containing(f, displays)) {
             result.unmatched.push_back(w);
             return;
         }

@@ -38,7 +38,13 @@ class Layouts {
         , screens_(screens)
         , mover_(mover) {}
 
-    void save();
+    struct SaveResult {
+        bool stored = true;  // false: the store was left as it was
+        int64_t leftOut = 0; // windows whose frame could not be kept
+        // What the log says of this save, since the status always reads as saved.
+        std::vector<std::string> logLines() const;
+    };
+    SaveResult save();
     LayoutStore load();
     RestoreResult restore(const std::vector<AXWindow>& windows);
 

@@ -34,8 +34,15 @@ using WorkHandle = std::shared_ptr<WorkItem>;
 // which may swap them, will not do); how it interleaves with main() work
 // due at the same moment is left open. Background work has no order: pieces
 // may run at once, on any threads.
+//
+// Every delay and interval the core hands over is finite and at most
+// maxDelay: values that come from outside (a stored preference) are bounded
+// before they get here, so that no platform has to guess what a timer of
+// nan or 1e300 seconds should do.
 class Dispatch {
   public:
+    static constexpr double maxDelay = 86400.0;
+
     virtual ~Dispatch() = default;
     // Runs `fn` on the main thread, later.
     virtual void main(std::function<void()> fn) = 0;

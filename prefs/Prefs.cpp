@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -149,7 +150,7 @@ Prefs::Prefs(Defaults& d, LoginItems& login, SystemLog& log)
     d_.registerDefaults({
         {"onConnect", "ask"},
         {"placement", "keepSize"},
-        {"delay", 2.0},
+        {"delay", defaultDelay},
         {"targetDisplay", ""},
         {"moveFullscreen", true},
         {"rememberLayouts", true},
@@ -179,6 +180,11 @@ Placement Prefs::placement() const {
 }
 double Prefs::delay() const {
     return get(delay_);
+}
+double Prefs::settleTime() const {
+    const double stored = delay();
+    if (std::isnan(stored)) return defaultDelay;
+    return std::clamp(stored, 0.0, maxSettleTime);
 }
 std::string Prefs::targetDisplay() const {
     return get(targetDisplay_);

@@ -63,11 +63,22 @@ std::optional<std::vector<std::string>> stringArray(const std::optional<Defaults
 // Written on the main thread only; read from any thread.
 class Prefs : public Observable {
   public:
+    static constexpr double defaultDelay = 2.0, maxSettleTime = 60.0;
+
     Prefs(Defaults& d, LoginItems& login, SystemLog& log);
 
     OnConnect onConnect() const;
     Placement placement() const;
+    // As stored: the store neither clamps nor checks it, and the settings
+    // window shows it as it is.
     double delay() const;
+    // How long the program waits for a new display setup to settle: `delay`
+    // between 0 and maxSettleTime seconds, and defaultDelay when what is
+    // stored is not a number. Whatever lies in the defaults (typed by hand,
+    // written by another program, read back as nan or 1e300) cannot hold a
+    // connect back for days nor overflow a timer; any delay the settings
+    // window offers is used exactly.
+    double settleTime() const;
     std::string targetDisplay() const;
     bool moveFullscreen() const;
     bool rememberLayouts() const;

@@ -179,6 +179,28 @@ Rect WindowMover::place(const Rect& W, const Rect& S, const Rect& T, Placement p
     return T;
 }
 
+std::optional<Rect> WindowMover::landing(const Rect& w, const Rect& source, const Rect& dest,
+                                         Placement placement) {
+    if (!Displays::hasArea(dest)) return std::nullopt;
+    if (placement == Placement::fill) return integral(dest);
+    // Only a window that has a size can keep it or have it scaled.
+    if (!Displays::hasArea(w)) return std::nullopt;
+    // What an application is handed must be a window it can draw, on the
+    // display it was sent to. Anything else (a source without area to scale
+    // from, coordinates so large that rounding eats the size) is no move.
+    auto sensible = [&](const Rect& r) {
+        return r.isFinite() && r.w >= 1 && r.h >= 1 && intersect(r, dest).area() > 0;
+    };
+    Rect frame = integral(place(w, source, dest, placement));
+    if (sensible(frame)) return frame;
+    // Keeping the size needs nothing of the source's proportions.
+    if (placement != Placement::keepSize) {
+        frame = integral(place(w, source, dest, Placement::keepSize));
+        if (sensible(frame)) return frame;
+    }
+    return std::nullopt;
+}
+
 bool WindowMover::destinationPresent(uint32_t id) {
     auto active = screens_.activeDisplayList();
     if (!active || active->empty()) return false;
@@ -205,7 +227,9 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
         if (!source) continue;
         if (!w.fullscreen) {
             if (source->id == to.id && placement != Placement::fill) continue;
-            setFrame(w.el, integral(place(w.frame, source->visible, to.visible, placement)));
+            auto frame = landing(w.frame, source->visible, to.visible, placement);
+            if (!frame) continue;
+            setFrame(w.el, *frame);
             ++result.moved;
             continue;
         }
@@ -214,8 +238,10 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
         if (!setFullscreen(w.el, false)) continue;
         if (auto frame = readFrame(w.el)) {
             auto from = Displays::containing(*frame, in).value_or(*source);
-            setFrame(w.el, integral(place(*frame, from.visible, to.visible, placement)));
-            ++result.moved;
+            if (auto landed = landing(*frame, from.visible, to.visible, placement)) {
+                setFrame(w.el, *landed);
+                ++result.moved;
+            }
         }
         if (!setFullscreen(w.el, true) && !setFullscreen(w.el, true)) ++result.leftWindowed;
     }

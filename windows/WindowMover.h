@@ -59,6 +59,11 @@ class WindowMover {
     // Where a window of frame `w` on usable area `source` lands on usable area
     // `dest`, before rounding.
     static Rect place(const Rect& w, const Rect& source, const Rect& dest, Placement placement);
+    // The frame written for that move: whole points, finite, at least 1 x 1
+    // and on `dest`; when the placement gives no such frame the window keeps
+    // its size instead, and when that gives none either it is not moved.
+    static std::optional<Rect> landing(const Rect& w, const Rect& source, const Rect& dest,
+                                       Placement placement);
     static RemoteToken remoteToken(int32_t pid, uint64_t elementId);
 
   private:

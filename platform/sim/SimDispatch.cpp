@@ -2,6 +2,7 @@
 
 #include "base/JsonText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -24,7 +25,11 @@ SimDispatch::~SimDispatch() {
 }
 
 int64_t SimDispatch::micros(double seconds) {
-    return std::llround(seconds * 1e6);
+    // Saturated well inside int64_t, so that the clock plus any span stays a
+    // number; the runner keeps the clock itself far below that.
+    constexpr double limit = 4e18;
+    if (std::isnan(seconds)) return 0;
+    return std::llround(std::clamp(seconds * 1e6, -limit, limit));
 }
 
 bool SimDispatch::onMainThread() const {
@@ -48,6 +53,15 @@ void SimDispatch::requireBackground(const char* call) const {
         wrongThread(call, "the main thread", "a background thread");
 }
 
+void SimDispatch::requireDelay(const char* call, double seconds) const {
+    if (std::isfinite(seconds) && seconds <= maxDelay) return;
+    std::fprintf(stderr,
+                 "tarnwick-sim: %s was handed a delay of %s s; a delay is finite and at "
+                 "most %s s\n",
+                 call, formatNumber(seconds).c_str(), formatNumber(maxDelay).c_str());
+    std::abort();
+}
+
 void SimDispatch::post(Event e) {
     std::lock_guard lock(mutex_);
     postLocked(std::move(e));
@@ -65,6 +79,7 @@ void SimDispatch::main(std::function<void()> fn) {
 }
 
 WorkHandle SimDispatch::after(double seconds, std::function<void()> fn) {
+    requireDelay("Dispatch::after", seconds);
     auto item = std::make_shared<WorkItem>();
     std::lock_guard lock(mutex_);
     Event e = event(now_ + std::max<int64_t>(0, micros(seconds)), std::move(fn));
@@ -75,6 +90,7 @@ WorkHandle SimDispatch::after(double seconds, std::function<void()> fn) {
 
 WorkHandle SimDispatch::every(double seconds, std::function<void()> fn) {
     requireMain("Dispatch::every");
+    requireDelay("Dispatch::every", seconds);
     auto item = std::make_shared<WorkItem>();
     std::lock_guard lock(mutex_);
     const int64_t interval = std::max<int64_t>(1, micros(seconds));
@@ -113,6 +129,7 @@ void SimDispatch::background(QoS, std::function<void()> fn) {
 }
 
 void SimDispatch::sleep(double seconds) {
+    requireDelay("Dispatch::sleep", seconds);
     if (onMainThread()) {
         if (mainMayBlock_) return;
         std::fprintf(stderr, "tarnwick-sim: the main thread blocked for %s s\n",

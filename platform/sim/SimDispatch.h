@@ -66,6 +66,9 @@ class SimDispatch : public Dispatch {
     // off it) only now and then, where nobody could trace it back.
     void requireMain(const char* call) const;
     void requireBackground(const char* call) const;
+    // A delay beyond the port's bounds is the core's fault too, and would
+    // overflow the virtual clock: it ends the run the same way.
+    void requireDelay(const char* call, double seconds) const;
 
   private:
     struct Thread {

@@ -59,6 +59,9 @@ void applyStruts(std::vector<Monitor>& monitors,
             if (u.w < 0) u.w = 0;
             if (u.h < 0) u.h = 0;
         }
+        // Docks that claim the whole monitor leave nothing to place windows
+        // in; such a claim is ignored rather than the monitor.
+        if (m.usable.w <= 0 || m.usable.h <= 0) m.usable = m.frame;
     }
 }
 

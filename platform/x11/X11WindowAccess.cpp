@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstring>
 #include <thread>
 #include <unordered_set>
@@ -394,6 +395,18 @@ void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
     }
 }
 
+namespace {
+
+// The X server keeps positions and sizes in 16 bits; a value beyond them (or
+// not a number at all) would be undefined to convert, so it is pinned to the
+// nearest the server can hold.
+int32_t coordinate(double v) {
+    if (std::isnan(v)) return 0;
+    return static_cast<int32_t>(std::clamp(v, -32768.0, 32767.0));
+}
+
+} // namespace
+
 void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
                                 std::optional<Point> position, std::optional<Size> size) {
     auto& ewmh = x_->ewmh();
@@ -414,16 +427,16 @@ void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
     if (position) {
         const Point o = screens_.origin();
         flags |= XCB_EWMH_MOVERESIZE_WINDOW_X | XCB_EWMH_MOVERESIZE_WINDOW_Y;
-        x = static_cast<uint32_t>(static_cast<int32_t>(position->x + o.x));
-        y = static_cast<uint32_t>(static_cast<int32_t>(position->y + o.y));
+        x = static_cast<uint32_t>(coordinate(position->x + o.x));
+        y = static_cast<uint32_t>(coordinate(position->y + o.y));
     }
     if (size) {
         // The core speaks of the frame; the window manager sizes the client.
         const double cw = size->w - extents[0] - extents[1];
         const double ch = size->h - extents[2] - extents[3];
         flags |= XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT;
-        w = static_cast<uint32_t>(std::max(1.0, cw));
-        h = static_cast<uint32_t>(std::max(1.0, ch));
+        w = static_cast<uint32_t>(coordinate(std::max(1.0, cw)));
+        h = static_cast<uint32_t>(coordinate(std::max(1.0, ch)));
     }
     if (flags)
         xcb_ewmh_request_moveresize_window(

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace tarnwick;
 using tarnwick::sim::SimDesktop;
 using tarnwick::sim::SimDispatch;
@@ -122,6 +124,26 @@ TEST(Displays, ConfigKey) {
     // Plain byte order: upper case before lower case, whatever the locale.
     EXPECT_EQ(Displays::configKey({disp(1, "b", {0, 0, 1, 1}), disp(2, "B", {0, 0, 1, 1})}),
               "B@1x1 + b@1x1");
+    // Sizes beyond any integer type are still written in whole digits.
+    EXPECT_EQ(Displays::configKey({disp(1, "M", {0, 0, 1e19, 900.7})}),
+              "M@10000000000000000000x900");
+    EXPECT_EQ(Displays::configKey({disp(1, "M", {0, 0, 123456789.9, 1e6})}), "M@123456789x1000000");
+}
+
+TEST(Displays, AScreenWithoutAreaIsNoDisplay) {
+    SimDispatch dispatch;
+    Transcript transcript(dispatch);
+    SimDesktop desk(dispatch, transcript);
+    const double inf = std::numeric_limits<double>::infinity();
+    desk.addScreen({1, "Built-in", {0, 0, 1440, 900}, {0, 0, 1440, 875}, true});
+    desk.addScreen({2, "Flat", {1440, 0, 0, 900}, {1440, 0, 0, 900}});
+    desk.addScreen({3, "Inverted", {1440, 0, 1920, -1080}, {1440, 0, 1920, -1080}});
+    desk.addScreen({4, "Endless", {1440, 0, inf, 1080}, {1440, 0, inf, 1080}});
+    // A dock that claims the whole usable area leaves the screen itself.
+    desk.addScreen({5, "Docked", {1440, 0, 1920, 1080}, {1440, 0, 1920, 0}});
+    const auto all = Displays::all(desk);
+    EXPECT_EQ(names(all), (std::vector<std::string>{"Built-in", "Docked"}));
+    EXPECT_EQ(all.back().visible, all.back().frame);
 }
 
 TEST(Displays, Diff) {

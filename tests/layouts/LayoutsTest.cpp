@@ -135,11 +135,19 @@ TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
         (LayoutStore{{"Old@1x1", old},
                      {w.key, {saved("com.example.notes", "Groceries", {10.5, 30, 700, 500})}}}));
 
-    // A frame that cannot be written keeps what is stored, other setups included.
-    const auto before = w.stored();
-    w.window(11, "Broken", {std::numeric_limits<double>::infinity(), 0, 800, 600});
-    w.save();
-    EXPECT_EQ(w.stored(), before);
+    // A frame that is not a number is left out; the rest of the snapshot is
+    // stored all the same, and the log says what was left out.
+    const auto before = w.layouts.load();
+    const double inf = std::numeric_limits<double>::infinity();
+    w.window(11, "Broken", {inf, 0, 800, 600});
+    w.window(11, "Torn", {0, 0, std::nan(""), 600});
+    Layouts::SaveResult result;
+    w.offMain([&] { result = w.layouts.save(); });
+    EXPECT_EQ(w.layouts.load(), before);
+    EXPECT_TRUE(result.stored);
+    EXPECT_EQ(result.leftOut, 2);
+    EXPECT_EQ(result.logLines(), std::vector<std::string>{
+                                     "Layout saved without 2 windows whose frame is not a number"});
 }
 
 TEST(Layouts, RestoreUsesEachRecordOnceAndReportsTheRest) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -130,4 +132,33 @@ TEST(SimDispatch, ShutdownUnwindsASleepingThread) {
     d.background(QoS::utility, [&] { ranLater = true; });
     d.runUntil(at(200));
     EXPECT_FALSE(ranLater);
+}
+
+TEST(SimDispatch, TheClockNeverOverflowsAndTheCoreMayNotAskForEndlessDelays) {
+    EXPECT_EQ(SimDispatch::micros(std::nan("")), 0);
+    EXPECT_EQ(SimDispatch::micros(1e300), SimDispatch::micros(1e15));
+    EXPECT_EQ(SimDispatch::micros(-1e300), -SimDispatch::micros(1e300));
+    EXPECT_GT(SimDispatch::micros(1e300), int64_t{1} << 61);
+    EXPECT_LT(SimDispatch::micros(1e300), INT64_MAX / 2);
+
+    // A delay the core hands over unbounded ends the run with its name.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto handed = [](double seconds) {
+        SimDispatch d;
+        d.after(seconds, [] {});
+    };
+    EXPECT_DEATH(handed(std::nan("")), "Dispatch::after was handed a delay of nan s");
+    EXPECT_DEATH(handed(86400.5), "Dispatch::after was handed a delay of 86400.5 s");
+    EXPECT_DEATH(
+        {
+            SimDispatch d;
+            d.every(std::numeric_limits<double>::infinity(), [] {});
+        },
+        "Dispatch::every was handed a delay of inf s");
+    SimDispatch d;
+    bool ran = false;
+    d.after(-5, [&] { ran = true; }); // negative counts as now
+    d.after(86400, [] {});
+    d.runUntil(0);
+    EXPECT_TRUE(ran);
 }

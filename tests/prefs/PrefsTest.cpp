@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cmath>
 #include <limits>
 #include <string>
 #include <utility>
@@ -70,6 +71,41 @@ TEST(Prefs, StoredValuesAreReadLenientlyAndNeverWrittenBack) {
     World w;
     w.desk.storeUserDefault("delay", 10);
     EXPECT_EQ(w.open().delay(), 10.0); // beyond what the settings offer, used as it is
+}
+
+TEST(Prefs, AStoredDelayIsKeptAsItIsButWaitedOnlyWithinBounds) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const std::vector<std::pair<DefaultsValue, double>> cases{
+        {0.5, 0.5},
+        {6.0, 6.0},
+        {10, 10},
+        {60, 60},
+        {60.5, 60},
+        {1e300, 60},
+        {9223372036855LL, 60},
+        {-3, 0},
+        {"nan", 2.0},
+        {"inf", 60},
+        {"-inf", 0},
+        {"x", 0},
+        {true, 1},
+        {DefaultsValue::array(), 0},
+    };
+    for (const auto& [stored, wait] : cases) {
+        World w;
+        w.desk.storeUserDefault("delay", stored);
+        auto p = w.open();
+        EXPECT_EQ(p.settleTime(), wait) << stored.dump();
+        if (stored.is_number()) {
+            EXPECT_EQ(p.delay(), stored.get<double>()) << stored.dump();
+        }
+    }
+    World w;
+    auto p = w.open();
+    p.setDelay(std::nan(""));
+    EXPECT_EQ(p.settleTime(), Prefs::defaultDelay);
+    p.setDelay(inf);
+    EXPECT_EQ(p.settleTime(), Prefs::maxSettleTime);
 }
 
 TEST(Prefs, EveryChangeIsWrittenThroughAndReadBackNextLaunch) {

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 using namespace tarnwick;
 using tarnwick::sim::SimDesktop;
 using tarnwick::sim::SimDispatch;
@@ -139,6 +142,61 @@ TEST(WindowMover, PlaceScaleAndFill) {
     EXPECT_EQ(WindowMover::place(w, laptopVisible, deskVisible, Placement::fill), deskVisible);
     EXPECT_EQ(WindowMover::place({5000, 5000, 1, 1}, deskVisible, laptopVisible, Placement::fill),
               laptopVisible);
+}
+
+TEST(WindowMover, LandingIsAlwaysADrawableFrameOnTheDestination) {
+    const double inf = std::numeric_limits<double>::infinity(), nan = std::nan("");
+    const Rect L = laptopVisible, D = deskVisible;
+    struct Case {
+        const char* what;
+        Rect window, source;
+        Placement placement;
+        std::optional<Rect> want;
+    };
+    const std::vector<Case> cases{
+        {"scale, as usual", {0, 25, 720, 875}, L, Placement::scale, Rect{1440, 25, 1280, 1415}},
+        {"scale from a source without area keeps the size",
+         {100, 125, 800, 600},
+         {0, 25, 0, 0},
+         Placement::scale,
+         Rect{3200, 840, 800, 600}},
+        {"scale from a source without width",
+         {100, 125, 800, 600},
+         {0, 25, 0, 875},
+         Placement::scale,
+         Rect{3200, 321, 800, 601}},
+        {"coordinates near the largest double",
+         {1e308, 1e308, 800, 600},
+         L,
+         Placement::scale,
+         Rect{3200, 840, 800, 600}},
+        {"a size near the largest double", {0, 25, 1.5e308, 1.5e308}, L, Placement::scale, D},
+        {"keep size far out",
+         {1e308, -1e308, 800, 600},
+         L,
+         Placement::keepSize,
+         Rect{3200, 25, 800, 600}},
+        {"a window without a size", {100, 125, 0, 0}, L, Placement::keepSize, std::nullopt},
+        {"a window of negative size", {100, 125, -800, 600}, L, Placement::scale, std::nullopt},
+        {"a window that is not a number",
+         {nan, 125, 800, 600},
+         L,
+         Placement::keepSize,
+         std::nullopt},
+        {"an endless window", {0, 25, inf, 600}, L, Placement::scale, std::nullopt},
+        {"fill needs nothing of the window", {nan, nan, nan, nan}, L, Placement::fill, D},
+    };
+    for (const auto& c : cases) {
+        const auto got = WindowMover::landing(c.window, c.source, D, c.placement);
+        EXPECT_EQ(got, c.want) << c.what;
+        if (got) {
+            EXPECT_TRUE(got->isFinite()) << c.what;
+            EXPECT_GT(intersect(*got, D).area(), 0) << c.what;
+        }
+    }
+    // A destination without area takes no window at all.
+    EXPECT_EQ(WindowMover::landing({0, 25, 800, 600}, L, {1440, 25, 0, 1415}, Placement::fill),
+              std::nullopt);
 }
 
 TEST(WindowMover, Summary) {

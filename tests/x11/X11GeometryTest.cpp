@@ -79,6 +79,14 @@ TEST(X11Screens, DocksTakeTheirStripFromTheMonitorTheyTouchOnly) {
     applyStruts(ms, {left, right}, root);
     EXPECT_EQ(ms[0].usable, (Rect{64, 0, 1376, 900}));
     EXPECT_EQ(ms[1].usable, (Rect{1440, 0, 1900, 1080}));
+
+    // A dock claiming the whole laptop panel (a broken or hostile client)
+    // would leave windows nowhere to go: its claim is ignored.
+    ms = {monitor(1, "eDP-1", {0, 0, 1440, 900}, true), monitor(2, "DP-1", {1440, 0, 1920, 1080})};
+    std::array<uint32_t, 12> all{0, 0, 4000, 0, 0, 0, 0, 0, 0, 1439, 0, 0};
+    applyStruts(ms, {all}, root);
+    EXPECT_EQ(ms[0].usable, ms[0].frame);
+    EXPECT_EQ(ms[1].usable, ms[1].frame);
 }
 
 TEST(X11Screens, NamesAndPanels) {
