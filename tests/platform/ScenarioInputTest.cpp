@@ -107,6 +107,8 @@ TEST(ScenarioInput, StatementsRefuseValuesTheWorldCannotHold) {
         {"screen 2 \"M\\n0.000 status forged\" 0,0,100,100",
          "the screen's name holds a control character"},
         {"fail login \"no\\rway\"", "the error text holds a control character"},
+        {"screen 2 \"M\x01\" 0,0,100,100",
+         "a control character in the screen's name must be written as an escape"},
         {"screen 4294967296 \"M\" 0,0,100,100", "a screen ID is out of range: '4294967296'"},
         {"unplug -1", "a screen ID is out of range: '-1'"},
         {"app 2147483648 \"A\"", "a process identifier is out of range: '2147483648'"},

@@ -6,6 +6,10 @@
 
 namespace tarnwick::sim {
 
+namespace {
+std::string shown(const std::string& text);
+} // namespace
+
 std::string stripComment(const std::string& line) {
     bool inString = false;
     for (size_t i = 0; i < line.size(); ++i) {
@@ -64,8 +68,14 @@ std::string Cursor::string(const char* what) {
     if (end >= text_.size()) throw ParseError(std::string("unterminated string in ") + what);
     auto literal = text_.substr(pos_, end + 1 - pos_);
     auto parsed = nlohmann::json::parse(literal, nullptr, false);
-    if (parsed.is_discarded() || !parsed.is_string())
-        throw ParseError(std::string("bad escape in ") + what + ": " + literal);
+    if (parsed.is_discarded() || !parsed.is_string()) {
+        for (unsigned char ch : literal)
+            if (ch < 0x20)
+                throw ParseError(std::string("a control character in ") + what +
+                                 " must be written as an escape");
+        throw ParseError(std::string("bad escape or invalid UTF-8 in ") + what + ": " +
+                         shown(literal));
+    }
     pos_ = end + 1;
     if (pos_ < text_.size() && text_[pos_] != ' ' && text_[pos_] != '\t' && text_[pos_] != '\r')
         throw ParseError(std::string("expected a space after ") + what);

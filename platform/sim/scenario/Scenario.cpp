@@ -1,5 +1,6 @@
 #include "platform/sim/scenario/Scenario.h"
 
+#include <atomic>
 #include <new>
 #include <sstream>
 
@@ -106,12 +107,16 @@ std::vector<Statement> parseScenario(const std::string& file, const std::string&
 
 namespace {
 
+std::atomic<int64_t> playing{0};
+static_assert(std::atomic<int64_t>::is_always_lock_free, "read in a signal handler");
+
 Outcome playStatements(const std::string& file, const std::vector<Statement>& statements,
                        Runtime& rt, int64_t& line) {
     constexpr int64_t day = 86400LL * 1000000LL;
     auto where = [&](const Statement& s) { return file + ":" + std::to_string(s.line) + ": "; };
     for (const auto& s : statements) {
         line = s.line;
+        playing = s.line;
         // A statement takes effect after the work already due at this time.
         auto run = [&](int64_t until, int64_t deadline) {
             return rt.dispatch.runUntil(until, deadline);
@@ -146,6 +151,9 @@ Outcome play(const std::string& file, const std::vector<Statement>& statements, 
     auto fault = [&](const std::string& what) {
         return Outcome{3, file + ":" + std::to_string(line) + ": " + what};
     };
+    struct Done {
+        ~Done() { playing = 0; }
+    } done;
     try {
         return playStatements(file, statements, rt, line);
     } catch (const std::bad_alloc&) {
@@ -155,6 +163,10 @@ Outcome play(const std::string& file, const std::vector<Statement>& statements, 
     } catch (...) {
         return fault("the program under test threw an exception");
     }
+}
+
+int64_t playingLine() {
+    return playing;
 }
 
 PlatformEvent eventNamed(const std::string& name) {

@@ -114,6 +114,10 @@ struct Outcome {
 // program under test ends it with exit 3 and the line that was playing.
 Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& runtime);
 
+// The line of the statement or wait being played, 0 when none is; safe to
+// read in a signal handler, which reports a crash at that line.
+int64_t playingLine();
+
 // Shared helpers of the statement modules.
 PlatformEvent eventNamed(const std::string& name);
 bool yesNo(Cursor& c, const char* what);

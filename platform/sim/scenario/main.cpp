@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -18,15 +19,34 @@
 
 namespace {
 
+// The scenario being played, for the crash report.
+const char* playingFile = "-";
+
+void say(const char* text) {
+    (void)!write(2, text, std::strlen(text));
+}
+
+// Only async-signal-safe calls: the heap or the streams may be what broke.
 void crashed(int sig) {
-    const char* msg = "tarnwick-sim: the program under test crashed (";
-    (void)!write(2, msg, std::strlen(msg));
-    const char* name = sig == SIGSEGV   ? "SIGSEGV"
-                       : sig == SIGABRT ? "SIGABRT"
-                       : sig == SIGFPE  ? "SIGFPE"
-                                        : "signal";
-    (void)!write(2, name, std::strlen(name));
-    (void)!write(2, ")\n", 2);
+    say(playingFile);
+    char digits[24];
+    char* p = digits + sizeof digits;
+    *--p = '\0';
+    uint64_t line = static_cast<uint64_t>(tarnwick::sim::playingLine());
+    do {
+        *--p = static_cast<char>('0' + line % 10);
+        line /= 10;
+    } while (line);
+    say(":");
+    say(p);
+    say(": the program under test crashed (");
+    say(sig == SIGSEGV   ? "SIGSEGV"
+        : sig == SIGABRT ? "SIGABRT"
+        : sig == SIGFPE  ? "SIGFPE"
+        : sig == SIGBUS  ? "SIGBUS"
+        : sig == SIGILL  ? "SIGILL"
+                         : "signal");
+    say(")\n");
     _exit(3);
 }
 
@@ -61,6 +81,12 @@ int main(int argc, char** argv) {
         if (file == "-") {
             text << std::cin.rdbuf();
         } else {
+            // A folder opens as a stream that reads as empty: an empty scenario.
+            std::error_code ec;
+            if (std::filesystem::is_directory(file, ec)) {
+                std::cerr << file << ":0: cannot read the file: " << std::strerror(EISDIR) << "\n";
+                return 2;
+            }
             std::ifstream in(file, std::ios::binary);
             if (!in) {
                 std::cerr << file << ":0: cannot read the file: " << std::strerror(errno) << "\n";
@@ -94,6 +120,7 @@ int main(int argc, char** argv) {
 #endif
     bool shotFailed = false;
 
+    playingFile = file.c_str();
     // A stack overflow leaves no stack to report it on: the handler runs on
     // a stack of its own.
     static char altStack[64 * 1024];
