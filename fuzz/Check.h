@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace tarnwick::fuzz {
+
+// A property that must hold for every input: when it does not, says which and
+// aborts, so that libFuzzer keeps the input as a crash.
+[[noreturn]] inline void broken(const std::string& what) {
+    std::fprintf(stderr, "fuzz: property broken: %s\n", what.c_str());
+    std::fflush(stderr);
+    std::abort();
+}
+
+inline void require(bool holds, const std::string& what) {
+    if (!holds) broken(what);
+}
+
+// Every line of a transcript is "SECONDS.MMM WORD …": a payload that breaks a
+// line (an unescaped title, say) makes the next one unreadable.
+inline void requireTranscriptLines(const std::string& text) {
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        const std::string line = text.substr(start, end - start);
+        size_t i = 0;
+        while (i < line.size() && line[i] >= '0' && line[i] <= '9')
+            ++i;
+        const bool ok = i > 0 && line.size() > i + 5 && line[i] == '.' &&
+                        line.find_first_not_of("0123456789", i + 1) == i + 4 &&
+                        line[i + 4] == ' ' && line[i + 5] != ' ';
+        if (!ok) broken("a transcript line that does not start with a time and a word: " + line);
+        start = end + 1;
+    }
+}
+
+} // namespace tarnwick::fuzz
