@@ -15,10 +15,33 @@ std::string Transcript::time(int64_t micros) {
     return buf;
 }
 
+namespace {
+
+// Texts such as a status carry names from other programs (an application's,
+// a window's), which may hold any character: a control character is written
+// as its JSON escape, so that one event stays one line of the transcript.
+std::string oneLine(const std::string& text) {
+    const bool clean = std::none_of(text.begin(), text.end(),
+                                    [](unsigned char c) { return c < 0x20 || c == 0x7f; });
+    if (clean) return text;
+    std::string out;
+    for (unsigned char c : text) {
+        if (c >= 0x20 && c != 0x7f) {
+            out += static_cast<char>(c);
+            continue;
+        }
+        const std::string escaped = tarnwick::quoted(std::string(1, static_cast<char>(c)));
+        out += c == 0x7f ? std::string("\\u007f") : escaped.substr(1, escaped.size() - 2);
+    }
+    return out;
+}
+
+} // namespace
+
 void Transcript::line(const std::string& word, const std::string& payload) {
     if (dispatch_.stopped()) return;
     std::string l = time(dispatch_.nowMicros()) + " " + word;
-    if (!payload.empty()) l += " " + payload;
+    if (!payload.empty()) l += " " + oneLine(payload);
     l += "\n";
     text_ += l;
     if (echo_) {

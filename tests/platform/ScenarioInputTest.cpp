@@ -178,3 +178,13 @@ TEST(ScenarioInput, DumpedStringsFromTheWorldStayOnTheirLine) {
     EXPECT_NE(out.find("0.000 stored \"a key\\n0.000 status forged\" 1\n"), std::string::npos)
         << out;
 }
+
+TEST(ScenarioInput, TextsFromOtherProgramsCannotForgeATranscriptLine) {
+    SimDispatch dispatch;
+    Transcript t(dispatch);
+    t.line("status", "Moving 1 of 2: Mail\n0.000 status forged\r\x01\x7f\u2026");
+    t.line("log", "plain text stays as it is: \\n \"quoted\"");
+    EXPECT_EQ(t.text(), "0.000 status Moving 1 of 2: Mail\\n0.000 status forged\\r\\u0001"
+                        "\\u007f\u2026\n"
+                        "0.000 log plain text stays as it is: \\n \"quoted\"\n");
+}
