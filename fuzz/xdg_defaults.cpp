@@ -96,10 +96,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto file = dir / "defaults.json";
     std::ofstream(file, std::ios::binary) << bytes;
 
-    // Whether the reader should take the file, decided without its code.
+    // Whether the reader should take the file, decided without its code. The
+    // JSON parser stops at a NUL byte as if the text ended there, but JSON
+    // text holds none: whatever follows one is not ours to drop.
     json doc = json::parse(bytes, nullptr, false);
-    const bool ours =
-        !doc.is_discarded() && doc.is_object() && nesting(bytes) <= XdgDefaults::maxDepth;
+    const bool ours = !doc.is_discarded() && doc.is_object() &&
+                      bytes.find('\0') == std::string::npos &&
+                      nesting(bytes) <= XdgDefaults::maxDepth;
 
     Log log;
     XdgDefaults first(dir.string(), log);
