@@ -155,6 +155,10 @@ void XdgDefaults::load() {
     ::close(fd);
     if (error) return moveAside(std::strerror(error));
 
+    // The parser takes a NUL byte for the end of the text and would keep what
+    // comes before it; the next save would then drop the rest of the file.
+    if (text.find('\0') != std::string::npos) return moveAside("a NUL byte in the text");
+
     bool tooDeep = false;
     auto limit = [&tooDeep](int depth, json::parse_event_t event, json&) {
         // `depth` counts the containers around this one; past the limit the

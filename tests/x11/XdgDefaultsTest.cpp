@@ -85,7 +85,9 @@ TEST(XdgDefaults, UserValuesHideRegisteredOnesUntilRemoved) {
 
 TEST(XdgDefaults, AnUnreadableFileIsKeptAsideAndTheDefaultsAnswer) {
     for (std::string bad : {std::string("{\"mode\": \"always\""), std::string("[1, 2]"),
-                            std::string("\"text\""), std::string(""), nested(65)}) {
+                            std::string("\"text\""), std::string(""), nested(65),
+                            // The parser stops at a NUL: what follows it would be lost.
+                            std::string("{\"mode\":\"always\"}\0{\"rest\":1}", 28)}) {
         SCOPED_TRACE(bad.substr(0, 40));
         TempDir tmp;
         writeFile(tmp / "defaults.json", bad);
