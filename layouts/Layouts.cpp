@@ -141,10 +141,24 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
     for (const auto& s : entry->second)
         byBundle[s.bundle].push_back(&s);
 
+    // The stored text may have been written by anyone: a frame without area,
+    // or larger than the whole desktop, is no arrangement to put back.
+    double left = 0, top = 0, right = 0, bottom = 0;
+    for (const auto& d : displays) {
+        left = std::min(left, d.frame.minX());
+        top = std::min(top, d.frame.minY());
+        right = std::max(right, d.frame.maxX());
+        bottom = std::max(bottom, d.frame.maxY());
+    }
+    auto placeable = [&](const Rect& f) {
+        return Displays::hasArea(f) && f.w <= right - left && f.h <= bottom - top &&
+               Displays::containing(f, displays);
+    };
+
     RestoreResult result;
     auto apply = [&](const AXWindow& w, const SavedWindow& s) {
         Rect f{s.x, s.y, s.w, s.h};
-        if (!Displays::hasArea(f) || !Displays::containing(f, displays)) {
+        if (!placeable(f)) {
             result.unmatched.push_back(w);
             return;
         }

@@ -183,6 +183,25 @@ TEST(Layouts, RestoreUsesEachRecordOnceAndReportsTheRest) {
     EXPECT_EQ(w.transcript.text().find("defaults"), std::string::npos);
 }
 
+TEST(Layouts, ASavedFrameNoWindowCouldHaveIsNotPutBack) {
+    World w; // 1440x900 beside 2560x1440: the desktop is 4000 x 1440
+    const std::vector<std::pair<const char*, Rect>> frames{
+        {"A", {0, 25, 0, 600}},    {"B", {0, 25, 800, -600}},  {"C", {-1e300, 25, 2e300, 600}},
+        {"D", {0, 25, 4001, 600}}, {"E", {0, 25, 800, 1e300}}, {"F", {0, 0, 4000, 1440}},
+    };
+    std::vector<SavedWindow> records;
+    for (const auto& [title, frame] : frames) {
+        w.window(10, title, {100, 125, 300, 300});
+        records.push_back(saved("com.example.notes", title, frame));
+    }
+    w.store({{w.key, records}});
+    auto r = w.restore(w.windows());
+    EXPECT_EQ(r.restored, 1);
+    EXPECT_EQ(titles(r.unmatched), (std::vector<std::string>{"A", "B", "C", "D", "E"}));
+    EXPECT_EQ(w.frameOf(10, "F"), (Rect{0, 0, 4000, 1440}));
+    EXPECT_EQ(w.frameOf(10, "C"), (Rect{100, 125, 300, 300}));
+}
+
 TEST(Layouts, RestoreWithoutAUsableEntry) {
     for (bool emptyEntry : {false, true}) {
         World w;
