@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -34,6 +35,28 @@ inline void requireTranscriptLines(const std::string& text) {
                         line[i + 4] == ' ' && line[i + 5] != ' ';
         if (!ok) broken("a transcript line that does not start with a time and a word: " + line);
         start = end + 1;
+    }
+}
+
+// Every frame the program writes ("T frame PID "TITLE" X,Y,W,H") is one a
+// window can take: four finite numbers, the size at least a point each way.
+inline void requireDrawableFrames(const std::string& text) {
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        const std::string line = text.substr(start, end - start);
+        start = end + 1;
+        const size_t word = line.find(' ');
+        if (word == std::string::npos || line.compare(word, 7, " frame ") != 0) continue;
+        double v[4];
+        char tail = 0;
+        const int n = std::sscanf(line.c_str() + line.rfind(' ') + 1, "%lf,%lf,%lf,%lf%c", &v[0],
+                                  &v[1], &v[2], &v[3], &tail);
+        if (n != 4) broken("a frame written that is not four numbers: " + line);
+        for (double x : v)
+            if (!std::isfinite(x)) broken("a frame written that is not finite: " + line);
+        if (!(v[2] >= 1 && v[3] >= 1)) broken("a frame written without a size: " + line);
     }
 }
 

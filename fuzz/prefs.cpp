@@ -113,6 +113,15 @@ DefaultsValue value(FuzzedDataProvider& in, int depth) {
     }
 }
 
+// A screen or window rectangle: mostly an ordinary one, now and then one no
+// real desktop reports (no area, negative, beyond any integer, not a number),
+// which the core must keep away from the frames it writes.
+Rect rect(FuzzedDataProvider& in, Rect usual) {
+    if (in.ConsumeIntegralInRange(0, 3) != 0) return usual;
+    auto part = [&](double v) { return in.ConsumeBool() ? v : number(in); };
+    return {part(usual.x), part(usual.y), part(usual.w), part(usual.h)};
+}
+
 // Lets `seconds` of virtual time pass; the program must let the clock move.
 // False once the program has ended itself (a relaunch, a quit).
 bool wait(Runtime& rt, double seconds) {
@@ -132,7 +141,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     desk.addScreen({1, "Built-in", {0, 0, 1440, 900}, {0, 0, 1440, 875}, true});
     desk.addApp({10, "Notes", "com.example.notes"});
     desk.addApp({11, "Mail", "com.example.mail"});
-    desk.addWindow({.pid = 10, .title = "Groceries", .frame = {100, 125, 800, 600}}, false, false);
+    desk.addWindow({.pid = 10, .title = "Groceries", .frame = rect(in, {100, 125, 800, 600})},
+                   false, false);
     desk.addWindow({.pid = 11, .title = "Inbox", .frame = {0, 25, 1440, 875}}, false, false);
     desk.addWindow({.pid = 11, .title = "Film", .frame = {0, 0, 1440, 900}, .fullscreen = true},
                    false, false);
@@ -150,8 +160,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     rt.launch({desk.world().bundlePath + "/Contents/MacOS/" + sim::SimWorld::ownName});
     if (!wait(rt, 1)) return 0;
-    const sim::SimControl::Screen monitor{
-        2, "Desk", {1440, -540, 2560, 1440}, {1440, -540, 2560, 1415}};
+    const sim::SimControl::Screen monitor{2, "Desk", rect(in, {1440, -540, 2560, 1440}),
+                                          rect(in, {1440, -540, 2560, 1415})};
     desk.addScreen(monitor);
     desk.post(PlatformEvent::screenParameters);
     if (!wait(rt, 5)) return 0;
@@ -168,5 +178,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // Past the periodic snapshot, with the monitor gone.
     wait(rt, 35);
     fuzz::requireTranscriptLines(rt.transcript.text());
+    fuzz::requireDrawableFrames(rt.transcript.text());
     return 0;
 }

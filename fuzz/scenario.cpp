@@ -69,6 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     sim::Runtime runtime;
     const auto outcome = sim::play(file, statements, runtime);
     fuzz::requireTranscriptLines(runtime.transcript.text());
+    fuzz::requireDrawableFrames(runtime.transcript.text());
     switch (outcome.exitCode) {
     case 0:
         require(outcome.error.empty(), "exit 0 with a message: " + outcome.error);

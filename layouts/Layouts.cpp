@@ -141,8 +141,8 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
     for (const auto& s : entry->second)
         byBundle[s.bundle].push_back(&s);
 
-    // The stored text may have been written by anyone: a frame without area,
-    // or larger than the whole desktop, is no arrangement to put back.
+    // The stored text may have been written by anyone: a frame smaller than a
+    // point, or larger than the whole desktop, is no arrangement to put back.
     double left = 0, top = 0, right = 0, bottom = 0;
     for (const auto& d : displays) {
         left = std::min(left, d.frame.minX());
@@ -151,7 +151,7 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
         bottom = std::max(bottom, d.frame.maxY());
     }
     auto placeable = [&](const Rect& f) {
-        return Displays::hasArea(f) && f.w <= right - left && f.h <= bottom - top &&
+        return f.isFinite() && f.w >= 1 && f.h >= 1 && f.w <= right - left && f.h <= bottom - top &&
                Displays::containing(f, displays);
     };
 

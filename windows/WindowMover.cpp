@@ -182,15 +182,19 @@ Rect WindowMover::place(const Rect& W, const Rect& S, const Rect& T, Placement p
 std::optional<Rect> WindowMover::landing(const Rect& w, const Rect& source, const Rect& dest,
                                          Placement placement) {
     if (!Displays::hasArea(dest)) return std::nullopt;
-    if (placement == Placement::fill) return integral(dest);
-    // Only a window that has a size can keep it or have it scaled.
-    if (!Displays::hasArea(w)) return std::nullopt;
     // What an application is handed must be a window it can draw, on the
     // display it was sent to. Anything else (a source without area to scale
-    // from, coordinates so large that rounding eats the size) is no move.
+    // from, coordinates so large that rounding eats the size, a usable area
+    // thinner than a point) is no move.
     auto sensible = [&](const Rect& r) {
         return r.isFinite() && r.w >= 1 && r.h >= 1 && intersect(r, dest).area() > 0;
     };
+    if (placement == Placement::fill) {
+        const Rect frame = integral(dest);
+        return sensible(frame) ? std::optional(frame) : std::nullopt;
+    }
+    // Only a window that has a size can keep it or have it scaled.
+    if (!Displays::hasArea(w)) return std::nullopt;
     Rect frame = integral(place(w, source, dest, placement));
     if (sensible(frame)) return frame;
     // Keeping the size needs nothing of the source's proportions.

@@ -186,7 +186,7 @@ TEST(Layouts, RestoreUsesEachRecordOnceAndReportsTheRest) {
 TEST(Layouts, ASavedFrameNoWindowCouldHaveIsNotPutBack) {
     World w; // 1440x900 beside 2560x1440: the desktop is 4000 x 1440
     const std::vector<std::pair<const char*, Rect>> frames{
-        {"A", {0, 25, 0, 600}},    {"B", {0, 25, 800, -600}},  {"C", {-1e300, 25, 2e300, 600}},
+        {"A", {0, 25, 0.5, 600}},  {"B", {0, 25, 800, -600}},  {"C", {-1e300, 25, 2e300, 600}},
         {"D", {0, 25, 4001, 600}}, {"E", {0, 25, 800, 1e300}}, {"F", {0, 0, 4000, 1440}},
     };
     std::vector<SavedWindow> records;

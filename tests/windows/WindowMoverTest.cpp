@@ -194,9 +194,13 @@ TEST(WindowMover, LandingIsAlwaysADrawableFrameOnTheDestination) {
             EXPECT_GT(intersect(*got, D).area(), 0) << c.what;
         }
     }
-    // A destination without area takes no window at all.
-    EXPECT_EQ(WindowMover::landing({0, 25, 800, 600}, L, {1440, 25, 0, 1415}, Placement::fill),
-              std::nullopt);
+    // A destination without area takes no window at all, nor one whose area
+    // rounds away: thinner than a point, or where doubles are a point apart.
+    for (const Rect& thin :
+         {Rect{1440, 25, 0, 1415}, Rect{1440, 1440, 2560, 1e-300}, Rect{1440, 1e300, 2560, 1415}})
+        for (auto placement : {Placement::keepSize, Placement::scale, Placement::fill})
+            EXPECT_EQ(WindowMover::landing({0, 25, 800, 600}, L, thin, placement), std::nullopt)
+                << thin.y << " " << thin.h;
 }
 
 TEST(WindowMover, Summary) {
