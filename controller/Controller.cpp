@@ -184,9 +184,9 @@ void Controller::saveLayout() {
     const auto n = static_cast<int64_t>(displays_.size());
     auto self = shared_from_this();
     parts_.platform.dispatch.background(QoS::userInitiated, [self, n] {
-        auto saved = self->parts_.layouts.save();
-        self->parts_.platform.dispatch.main([self, n, saved] {
-            self->logSave(saved);
+        auto lines = self->parts_.layouts.save().logLines();
+        self->parts_.platform.dispatch.main([self, n, lines] {
+            self->log(lines);
             self->setStatus("Layout saved for " + plural(n, "display"));
         });
     });
@@ -230,14 +230,14 @@ void Controller::autoSnapshot() {
         return;
     auto self = shared_from_this();
     parts_.platform.dispatch.background(QoS::utility, [self] {
-        auto saved = self->parts_.layouts.save();
-        if (!saved.logLines().empty())
-            self->parts_.platform.dispatch.main([self, saved] { self->logSave(saved); });
+        auto lines = self->parts_.layouts.save().logLines();
+        if (!lines.empty())
+            self->parts_.platform.dispatch.main([self, lines] { self->log(lines); });
     });
 }
 
-void Controller::logSave(const Layouts::SaveResult& saved) {
-    for (const auto& line : saved.logLines())
+void Controller::log(const std::vector<std::string>& lines) {
+    for (const auto& line : lines)
         parts_.platform.log.line(line);
 }
 

@@ -60,7 +60,7 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     void disconnected(const std::vector<Display>& removed, const std::vector<Display>& remaining);
     void moveEverything();
     void autoSnapshot();
-    void logSave(const Layouts::SaveResult& saved);
+    void log(const std::vector<std::string>& lines);
     // The Accessibility gate; hand-started commands also open the setup window.
     bool trusted(bool byHand);
     void setDisplays(std::vector<Display> displays);

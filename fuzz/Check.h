@@ -19,14 +19,21 @@ inline void require(bool holds, const std::string& what) {
     if (!holds) broken(what);
 }
 
-// Every line of a transcript is "SECONDS.MMM WORD …": a payload that breaks a
-// line (an unescaped title, say) makes the next one unreadable.
-inline void requireTranscriptLines(const std::string& text) {
+// Calls `fn` with each line of a transcript, without its line break.
+template <typename F> void forEachLine(const std::string& text, F fn) {
     size_t start = 0;
     while (start < text.size()) {
         size_t end = text.find('\n', start);
         if (end == std::string::npos) end = text.size();
-        const std::string line = text.substr(start, end - start);
+        fn(text.substr(start, end - start));
+        start = end + 1;
+    }
+}
+
+// Every line of a transcript is "SECONDS.MMM WORD …": a payload that breaks a
+// line (an unescaped title, say) makes the next one unreadable.
+inline void requireTranscriptLines(const std::string& text) {
+    forEachLine(text, [](const std::string& line) {
         size_t i = 0;
         while (i < line.size() && line[i] >= '0' && line[i] <= '9')
             ++i;
@@ -34,21 +41,15 @@ inline void requireTranscriptLines(const std::string& text) {
                         line.find_first_not_of("0123456789", i + 1) == i + 4 &&
                         line[i + 4] == ' ' && line[i + 5] != ' ';
         if (!ok) broken("a transcript line that does not start with a time and a word: " + line);
-        start = end + 1;
-    }
+    });
 }
 
 // Every frame the program writes ("T frame PID "TITLE" X,Y,W,H") is one a
 // window can take: four finite numbers, the size at least a point each way.
 inline void requireDrawableFrames(const std::string& text) {
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        const std::string line = text.substr(start, end - start);
-        start = end + 1;
+    forEachLine(text, [](const std::string& line) {
         const size_t word = line.find(' ');
-        if (word == std::string::npos || line.compare(word, 7, " frame ") != 0) continue;
+        if (word == std::string::npos || line.compare(word, 7, " frame ") != 0) return;
         double v[4];
         char tail = 0;
         const int n = std::sscanf(line.c_str() + line.rfind(' ') + 1, "%lf,%lf,%lf,%lf%c", &v[0],
@@ -57,7 +58,7 @@ inline void requireDrawableFrames(const std::string& text) {
         for (double x : v)
             if (!std::isfinite(x)) broken("a frame written that is not finite: " + line);
         if (!(v[2] >= 1 && v[3] >= 1)) broken("a frame written without a size: " + line);
-    }
+    });
 }
 
 } // namespace tarnwick::fuzz
