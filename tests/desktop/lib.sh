@@ -129,16 +129,27 @@ expect_frame_stays() {
     done
 }
 
-# expect_inside ID X Y W H: the frame lies wholly within the rectangle.
+# expect_inside ID X Y W H [TIMEOUT]: the frame comes to lie wholly within the
+# rectangle. The program reports a move once its requests are sent; the window
+# manager carries them out a moment later.
 expect_inside() {
-    local id=$1 f
-    f=$(frame_of "$id")
-    [ -n "$f" ] || fail "window $id is gone"
+    local id=$1 rect="$2 $3 $4 $5" timeout=${6:-3} f
+    if ! wait_until "$timeout" inside "$id" $rect; then
+        f=$(frame_of "$id")
+        [ -n "$f" ] || fail "window $id is gone"
+        fail "window $id at $f is not inside $rect"
+    fi
+}
+
+# inside ID X Y W H: whether the frame lies wholly within the rectangle now.
+inside() {
+    local f
+    f=$(frame_of "$1")
+    [ -n "$f" ] || return 1
     # shellcheck disable=SC2086
     set -- $f "$2" "$3" "$4" "$5"
     [ "$1" -ge "$5" ] && [ "$2" -ge "$6" ] && [ $(($1 + $3)) -le $(($5 + $7)) ] &&
-        [ $(($2 + $4)) -le $(($6 + $8)) ] ||
-        fail "window $id at $f is not inside $5 $6 $7 $8"
+        [ $(($2 + $4)) -le $(($6 + $8)) ]
 }
 
 # placed RULE "SRC" "DST" "FRAME": where RULE puts FRAME moving from the
