@@ -31,7 +31,7 @@ unplug DUMMY1
 wait_for_status "DUMMY1 disconnected" 3
 # Out of place on the panel too, so that the restore has to move it back.
 wmctrl -i -r "$notes" -e 0,700,400,-1,-1
-wait_until 2 test "$(frame_of "$notes" | cut -d' ' -f1,2)" = "700 400" ||
+wait_until 2 eval '[ "$(position_of "$notes")" = "700 400" ]' ||
     fail "Notes did not move out of place: $(frame_of "$notes")"
 sleep 1.5 # a snapshot now would take the one-monitor arrangement; it must not
 

@@ -39,6 +39,8 @@ known_failure() {
 now_ms() { echo $(($(date +%s%N) / 1000000)); }
 
 # wait_until SECONDS COMMAND...: true once COMMAND succeeds, false at the deadline.
+# COMMAND's arguments are expanded once, before the first try: a reading that
+# must be taken afresh each time goes inside eval '...'.
 wait_until() {
     local deadline=$(($(now_ms) + $1 * 1000))
     shift
@@ -108,6 +110,9 @@ frames() { "$probe" list; }
 
 # "X Y W H" of window ID's frame, or nothing when it is gone.
 frame_of() { "$probe" frame "$1" | awk '{ print $(NF-4), $(NF-3), $(NF-2), $(NF-1) }'; }
+
+# "X Y" of window ID's frame.
+position_of() { frame_of "$1" | cut -d' ' -f1,2; }
 
 states_of() { "$probe" frame "$1" | awk '{ print $NF }'; }
 

@@ -44,7 +44,7 @@ wait_for_status "Moved " 10
 wmctrl -i -r "$near" -e 0,1500,500,-1,-1
 wmctrl -i -r "$lefty" -e 0,100,120,-1,-1
 for id in $near $lefty; do
-    wait_until 2 test "$(frame_of "$id" | cut -d' ' -f1,2)" != "$(echo "${before[$id]}" | cut -d' ' -f1,2)" ||
+    wait_until 2 eval '[ "$(position_of "$id")" != "$(echo "${before[$id]}" | cut -d" " -f1,2)" ]' ||
         fail "window $id did not move back for the layout: $(frame_of "$id")"
 done
 declare -A saved
@@ -65,7 +65,7 @@ unplug DUMMY1
 wait_for_status "DUMMY1 disconnected" 3
 wmctrl -i -r "$near" -e 0,1700,700,-1,-1
 wmctrl -i -r "$lefty" -e 0,500,400,-1,-1
-wait_until 2 test "$(frame_of "$lefty" | cut -d' ' -f1,2)" = "500 400" ||
+wait_until 2 eval '[ "$(position_of "$lefty")" = "500 400" ]' ||
     fail "Lefty did not move out of place: $(frame_of "$lefty")"
 log_mark
 plug DUMMY1 1920x1080 --pos 2720x0
