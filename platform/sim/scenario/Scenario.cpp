@@ -111,11 +111,10 @@ std::atomic<int64_t> playing{0};
 static_assert(std::atomic<int64_t>::is_always_lock_free, "read in a signal handler");
 
 Outcome playStatements(const std::string& file, const std::vector<Statement>& statements,
-                       Runtime& rt, int64_t& line) {
+                       Runtime& rt) {
     constexpr int64_t day = 86400LL * 1000000LL;
     auto where = [&](const Statement& s) { return file + ":" + std::to_string(s.line) + ": "; };
     for (const auto& s : statements) {
-        line = s.line;
         playing = s.line;
         // A statement takes effect after the work already due at this time.
         auto run = [&](int64_t until, int64_t deadline) {
@@ -146,16 +145,16 @@ Outcome playStatements(const std::string& file, const std::vector<Statement>& st
 } // namespace
 
 Outcome play(const std::string& file, const std::vector<Statement>& statements, Runtime& rt) {
-    // The line whose statement or wait was running when an exception came out.
-    int64_t line = 0;
+    // Located at the statement or wait that was running when the exception
+    // came out; `done` clears that line only once the outcome is made.
     auto fault = [&](const std::string& what) {
-        return Outcome{3, file + ":" + std::to_string(line) + ": " + what};
+        return Outcome{3, file + ":" + std::to_string(playing.load()) + ": " + what};
     };
     struct Done {
         ~Done() { playing = 0; }
     } done;
     try {
-        return playStatements(file, statements, rt, line);
+        return playStatements(file, statements, rt);
     } catch (const std::bad_alloc&) {
         return fault("out of memory");
     } catch (const std::exception& e) {
