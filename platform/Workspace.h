@@ -30,6 +30,10 @@ class Workspace {
     virtual std::optional<std::string> translocationOriginal(const std::string& path) = 0;
     // The platform's page where the user approves programs to drive other windows.
     virtual std::string accessibilitySettingsURL() = 0;
+    // Set where programs are installed by a package or an install step
+    // rather than by moving them into a folder: how to install this one.
+    // The first run then copies, moves and trashes nothing and says this.
+    virtual std::optional<std::string> installGuide() = 0;
 };
 
 } // namespace tarnwick

@@ -90,6 +90,9 @@ std::optional<std::string> Setup::originalLocation() {
 }
 
 Setup::Moved Setup::moveToApplications() {
+    // Where programs are installed, not moved, a copy of one file would run
+    // without what it is installed with, and the launched one is the user's.
+    if (auto guide = p_.workspace.installGuide()) return {std::nullopt, *guide};
     const auto source = standardizedPath(p_.workspace.bundlePath());
     std::string folder = systemApplications;
     if (!p_.files.isWritable(folder)) {

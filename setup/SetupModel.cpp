@@ -58,6 +58,11 @@ void SetupModel::advance() {
 }
 
 void SetupModel::moveToApplications() {
+    if (auto guide = p_.workspace.installGuide()) {
+        error_ = *guide;
+        didChange();
+        return;
+    }
     auto moved = setup_.moveToApplications();
     if (moved.destination) {
         setup_.relaunch(*moved.destination);

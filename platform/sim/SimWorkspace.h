@@ -43,6 +43,10 @@ class SimWorkspace : public Workspace {
         w_.dispatch.requireMain("Workspace::accessibilitySettingsURL");
         return "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
     }
+    std::optional<std::string> installGuide() override {
+        w_.dispatch.requireMain("Workspace::installGuide");
+        return std::nullopt;
+    }
 
   private:
     SimWorld& w_;

@@ -1,15 +1,40 @@
 #include "platform/x11/X11Workspace.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace tarnwick::x11 {
 
-std::string bundlePathFor(const std::string& executable, const std::string& home) {
+std::string bundlePathFor(const std::string& executable, const std::string& home,
+                          const std::function<bool(const std::string&)>& exists) {
     const auto slash = executable.rfind('/');
     const std::string dir = slash == std::string::npos ? "" : executable.substr(0, slash);
     const std::string name = slash == std::string::npos ? executable : executable.substr(slash + 1);
+    const std::string installedAs = "/Applications/" + name;
     for (const std::string& installed :
          {std::string("/usr/bin"), std::string("/usr/local/bin"), home + "/.local/bin"})
-        if (dir == installed) return "/Applications/" + name;
+        if (dir == installed) return installedAs;
+    const std::string bin = "/bin";
+    if (dir.size() > bin.size() && dir.compare(dir.size() - bin.size(), bin.size(), bin) == 0) {
+        const auto prefix = dir.substr(0, dir.size() - bin.size());
+        if (exists(prefix + "/share/applications/" + X11Workspace::identifier + ".desktop"))
+            return installedAs;
+    }
     return executable;
+}
+
+std::string X11Workspace::bundlePath() {
+    return bundlePathFor(executable_, home_, [](const std::string& path) {
+        std::error_code ec;
+        return std::filesystem::is_regular_file(path, ec);
+    });
+}
+
+std::optional<std::string> X11Workspace::installGuide() {
+    return std::string("Tarnwick runs from where it was built, not from an installed copy. "
+                       "Install it with its Debian package, or from its source folder with "
+                       "\"cmake --install build --prefix ~/.local\", then open it from your "
+                       "applications menu. Nothing here is moved or deleted.");
 }
 
 std::vector<AppRef> X11Workspace::runningApplications() {

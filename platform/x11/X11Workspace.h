@@ -5,15 +5,19 @@
 #include "platform/x11/SessionBus.h"
 #include "platform/x11/X11WindowAccess.h"
 
+#include <functional>
 #include <string>
 
 namespace tarnwick::x11 {
 
 // Where a program installed on Linux stands for one in the Applications
-// folder: under /usr, /usr/local or ~/.local. The core's first-run check
-// looks for an Applications folder, so an installed program is reported
-// there; anywhere else (a build tree) it keeps its real path.
-std::string bundlePathFor(const std::string& executable, const std::string& home);
+// folder: under /usr, /usr/local or ~/.local, or in the bin folder of any
+// prefix that holds our desktop entry (`cmake --install --prefix P`). The
+// core's first-run check looks for an Applications folder, so an installed
+// program is reported there; anywhere else (a build tree, a download) it
+// keeps its real path. `exists` answers for a file's path.
+std::string bundlePathFor(const std::string& executable, const std::string& home,
+                          const std::function<bool(const std::string&)>& exists);
 
 class X11Workspace : public Workspace {
   public:
@@ -30,7 +34,7 @@ class X11Workspace : public Workspace {
     std::vector<AppRef> runningApplications() override;
     std::optional<std::string> applicationLocation(const std::string& bundleId) override;
     std::string icon(const std::string& path) override;
-    std::string bundlePath() override { return bundlePathFor(executable_, home_); }
+    std::string bundlePath() override;
     std::optional<std::string> bundleIdentifier() override { return identifier; }
     std::optional<std::string> version() override { return TARNWICK_VERSION; }
     std::optional<std::string> translocationOriginal(const std::string&) override {
@@ -38,6 +42,9 @@ class X11Workspace : public Workspace {
     }
     // There is no approval page on X11; the setup window's link opens nothing.
     std::string accessibilitySettingsURL() override { return ""; }
+    // A program on Linux is installed by its package or by CMake, never by
+    // copying its executable somewhere.
+    std::optional<std::string> installGuide() override;
 
   private:
     X11WindowAccess& windows_;

@@ -252,12 +252,12 @@ defaults_file() { echo "$XDG_CONFIG_HOME/tarnwick/defaults.json"; }
 # The name the program holds on the session bus while it runs.
 : "${TARNWICK_BUS_NAME:=org.tarnwick.Tarnwick}"
 
-# tarnwick_start [ARGS...]: runs the program in the background, its standard
-# error appended to $tarnwick_log; sets TARNWICK_PID. Returns once this copy
+# tarnwick_start [ARGS...]: runs the program (the build's, or $TARNWICK_PROGRAM)
+# in the background, its standard error appended to $tarnwick_log; sets TARNWICK_PID. Returns once this copy
 # holds its name on the session bus (or, failing that, after 5 s), and has
 # had a moment more to read the displays.
 tarnwick_start() {
-    local bin=$TARNWICK_BIN_DIR/tarnwick
+    local bin=${TARNWICK_PROGRAM:-$TARNWICK_BIN_DIR/tarnwick}
     [ -x "$bin" ] || fail "no program at $bin"
     "$bin" --platform x11 "$@" </dev/null >>"$TD/tarnwick.out" 2>>"$tarnwick_log" &
     TARNWICK_PID=$!

@@ -125,13 +125,21 @@ TEST(X11Trust, OnlyAnX11SessionWithAWindowManager) {
 }
 
 TEST(X11Workspace, InstalledPrefixesStandForTheApplicationsFolder) {
-    EXPECT_EQ(bundlePathFor("/usr/bin/tarnwick", "/home/ada"), "/Applications/tarnwick");
-    EXPECT_EQ(bundlePathFor("/usr/local/bin/tarnwick", "/home/ada"), "/Applications/tarnwick");
-    EXPECT_EQ(bundlePathFor("/home/ada/.local/bin/tarnwick", "/home/ada"),
+    // Only /opt/tarnwick was installed with its desktop entry.
+    auto exists = [](const std::string& path) {
+        return path == "/opt/tarnwick/share/applications/org.tarnwick.Tarnwick.desktop";
+    };
+    const std::string home = "/home/ada";
+    EXPECT_EQ(bundlePathFor("/usr/bin/tarnwick", home, exists), "/Applications/tarnwick");
+    EXPECT_EQ(bundlePathFor("/usr/local/bin/tarnwick", home, exists), "/Applications/tarnwick");
+    EXPECT_EQ(bundlePathFor("/home/ada/.local/bin/tarnwick", home, exists),
               "/Applications/tarnwick");
-    EXPECT_EQ(bundlePathFor("/home/ada/src/tarnwick/build/tarnwick", "/home/ada"),
+    EXPECT_EQ(bundlePathFor("/opt/tarnwick/bin/tarnwick", home, exists), "/Applications/tarnwick");
+    EXPECT_EQ(bundlePathFor("/home/ada/src/tarnwick/build/tarnwick", home, exists),
               "/home/ada/src/tarnwick/build/tarnwick");
-    EXPECT_EQ(bundlePathFor("/usr/bin/x/tarnwick", "/home/ada"), "/usr/bin/x/tarnwick");
+    EXPECT_EQ(bundlePathFor("/usr/bin/x/tarnwick", home, exists), "/usr/bin/x/tarnwick");
+    EXPECT_EQ(bundlePathFor("/srv/bin/tarnwick", home, exists), "/srv/bin/tarnwick")
+        << "a bin folder without our desktop entry beside it is no install";
 }
 
 } // namespace
