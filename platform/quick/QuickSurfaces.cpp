@@ -68,15 +68,13 @@ void reportControls(QQuickView& view, const std::string& surface,
 constexpr Qt::WindowFlags panelFlags =
     Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::BypassWindowManagerHint;
 
-// Our windows hold forms laid out for one width; the height may be cut short
-// on a small screen, where the form scrolls. A maximize button would only
-// stretch empty space.
+// Our windows hold forms laid out for one width, so they are dialogs whose
+// width is fixed and that offer no maximize: it would only stretch empty
+// space. (openbox offers maximize to any window it may resize, whatever the
+// Motif hints say, so the settings window's height is fixed too.)
 constexpr Qt::WindowFlags windowFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                         Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                                         Qt::WindowCloseButtonHint;
-
-// The shortest a form's window is made to fit a screen: a few rows still show.
-constexpr int shortestWindow = 240;
 
 // Qt asks no window manager to focus a window it bypasses, so a press on the
 // panel asks for the keyboard itself.
@@ -188,11 +186,12 @@ class QuickWindow : public Window {
         natural_ = view_->size();
         view_->setMinimumWidth(natural_.width());
         view_->setMaximumWidth(natural_.width());
-        // The settings form scrolls, so its window may be cut short and the
-        // form follows the window; the setup window grows with its steps.
+        // The settings form scrolls, so its window may be cut short (see
+        // place) and the form follows the window; the setup window grows
+        // with its steps.
         if (kind == WindowKind::settings) {
             view_->setResizeMode(QQuickView::SizeRootObjectToView);
-            view_->setMinimumHeight(std::min(natural_.height(), shortestWindow));
+            view_->setMinimumHeight(natural_.height());
             view_->setMaximumHeight(natural_.height());
         }
         view_->setTitle(qs(title));
@@ -273,6 +272,10 @@ class QuickWindow : public Window {
         const QMargins m = frame();
         QRect content = frameRect.marginsRemoved(m);
         content.setWidth(natural_.width());
+        if (kind_ == WindowKind::settings) {
+            view_->setMinimumHeight(content.height());
+            view_->setMaximumHeight(content.height());
+        }
         view_->setGeometry(content);
     }
 

@@ -153,9 +153,9 @@ TEST(QuickWindow, OpensNoLargerThanAShortScreenAndTheFormScrolls) {
     s.window->moveTo({359, 982 - 800 - 10});
     EXPECT_TRUE(usable.contains(s.frameOnDesktop())) << s.frameOnDesktop().y();
 
-    // A form laid out for one width: the width is fixed, and no maximize.
-    EXPECT_EQ(s.view().minimumWidth(), 560);
-    EXPECT_EQ(s.view().maximumWidth(), 560);
+    // A form laid out for one width: the size is fixed, and no maximize.
+    EXPECT_EQ(s.view().minimumSize(), s.view().size());
+    EXPECT_EQ(s.view().maximumSize(), s.view().size());
     EXPECT_FALSE(s.view().flags() & Qt::WindowMaximizeButtonHint);
     EXPECT_TRUE(s.view().flags() & Qt::WindowCloseButtonHint);
 }
@@ -169,4 +169,5 @@ TEST(QuickWindow, OpensAtItsFullSizeWhereThereIsRoom) {
     s.window->centre();
     EXPECT_EQ(s.frameOnDesktop(), QRect(679, 122, 562, 806));
     EXPECT_EQ(s.view().size(), QSize(560, 780));
+    EXPECT_EQ(s.view().maximumSize(), QSize(560, 780));
 }
