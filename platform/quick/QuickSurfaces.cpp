@@ -7,11 +7,13 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QPainterPath>
 #include <QQuickItem>
 #include <QRegion>
 #include <QScreen>
 #include <QTimer>
+
+#include <algorithm>
+#include <cmath>
 
 namespace tarnwick::quick {
 
@@ -57,10 +59,35 @@ void reportControls(QQuickView& view, const std::string& surface,
     });
 }
 
-// The panel takes no focus when it appears (see the constructor), but takes
-// it when clicked, so that Tab, Return and Escape then reach the island.
+// The panel is left to no window manager: one that keeps a focused
+// full-screen window above every window it manages (openbox does) would
+// otherwise hide the island under a film, and no managed window is ever
+// focused or raised above it. Unmanaged, it takes no focus when it appears;
+// a click gives it the keyboard (see PanelFocus), so that Tab, Return and
+// Escape then reach the island.
 constexpr Qt::WindowFlags panelFlags =
-    Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool;
+    Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::BypassWindowManagerHint;
+
+// Our windows hold forms laid out for one width, so they are dialogs whose
+// width is fixed and that offer no maximize: it would only stretch empty
+// space. (openbox offers maximize to any window it may resize, whatever the
+// Motif hints say, so the settings window's height is fixed too.)
+constexpr Qt::WindowFlags windowFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                        Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                                        Qt::WindowCloseButtonHint;
+
+// Qt asks no window manager to focus a window it bypasses, so a press on the
+// panel asks for the keyboard itself.
+class PanelFocus : public QObject {
+  public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* window = qobject_cast<QWindow*>(watched);
+        if (window && event->type() == QEvent::MouseButtonPress && !window->isActive())
+            window->requestActivate();
+        return false;
+    }
+};
 
 } // namespace
 
@@ -73,9 +100,11 @@ class QuickPanel : public Panel {
                   s.actions_, true) {
         view_ = loadView("island/IslandView.qml", &bridge_);
         view_->setFlags(panelFlags);
-        // Qt's xcb platform then maps it with a user time of 0, which window
-        // managers read as "do not focus this new window".
+        // Should a platform manage it after all, Qt's xcb platform maps it
+        // with a user time of 0, which window managers read as "do not focus
+        // this new window".
         view_->setProperty("_q_showWithoutActivating", true);
+        view_->installEventFilter(new PanelFocus(view_.get()));
         view_->setResizeMode(QQuickView::SizeRootObjectToView);
         if (s.hooks_.toDesktop) view_->setGeometry(s.hooks_.toDesktop(frame));
         if (s.hooks_.preparePanel) s.hooks_.preparePanel(*view_);
@@ -100,24 +129,38 @@ class QuickPanel : public Panel {
     }
 
   private:
-    // The card's bounds as drawn, its corners rounded: the island grows and
-    // shrinks, so the cut follows every frame that changes it.
+    // The card's outline as drawn: the island grows, shrinks and rounds its
+    // corners as it goes, so the cut follows every frame that changes them.
+    // Nothing outside it is shown, the shadow included: without a
+    // compositor a shadow could only be drawn black.
     void followOutline() {
         auto* root = view_->rootObject();
         auto* card = root ? root->findChild<QQuickItem*>("island") : nullptr;
         if (!card) return;
+        QQuickItem* shape = nullptr;
+        for (auto* child : card->childItems())
+            if (child->property("cornerRadius").isValid() && child->property("notched").isValid())
+                shape = child;
+        if (!shape) return;
         const QRectF r = card->mapRectToScene(QRectF(0, 0, card->width(), card->height()));
-        if (r == outline_) return;
-        outline_ = r;
-        QPainterPath path;
-        path.addRoundedRect(r, 12, 12);
-        view_->setMask(QRegion(path.toFillPolygon().toPolygon()));
+        const Outline now{r, shape->property("notched").toBool(), shape->property("ear").toDouble(),
+                          shape->property("cornerRadius").toDouble()};
+        if (now == outline_) return;
+        outline_ = now;
+        view_->setMask(islandOutline(r, now.notched, now.ear, now.radius));
     }
+
+    struct Outline {
+        QRectF card;
+        bool notched = false;
+        double ear = 0, radius = 0;
+        bool operator==(const Outline&) const = default;
+    };
 
     QuickSurfaces& s_;
     std::unique_ptr<Panel> log_;
     IslandBridge bridge_;
-    QRectF outline_;
+    Outline outline_;
     std::unique_ptr<QQuickView> view_;
 };
 
@@ -139,6 +182,18 @@ class QuickWindow : public Window {
         }
         reportControls(*view_, kind == WindowKind::settings ? "settings" : "setup",
                        s.hooks_.controls);
+        view_->setFlags(windowFlags);
+        natural_ = view_->size();
+        view_->setMinimumWidth(natural_.width());
+        view_->setMaximumWidth(natural_.width());
+        // The settings form scrolls, so its window may be cut short (see
+        // place) and the form follows the window; the setup window grows
+        // with its steps.
+        if (kind == WindowKind::settings) {
+            view_->setResizeMode(QQuickView::SizeRootObjectToView);
+            view_->setMinimumHeight(natural_.height());
+            view_->setMaximumHeight(natural_.height());
+        }
         view_->setTitle(qs(title));
         view_->setIcon(QIcon(":/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"));
         // The close button only hides the window; the log hears of it.
@@ -152,18 +207,22 @@ class QuickWindow : public Window {
     }
 
     bool visible() override { return view_->isVisible(); }
-    Size size() override { return {double(view_->width()), double(view_->height())}; }
+    // The whole window, its frame included, at the size it opens with.
+    Size size() override {
+        const QSize s = opening().grownBy(frame());
+        return {double(s.width()), double(s.height())};
+    }
     void moveTo(const Point& origin) override {
         if (!s_.hooks_.toDesktop) return;
-        const auto r = s_.hooks_.toDesktop({origin.x, origin.y, size().w, size().h});
-        view_->setPosition(r.topLeft());
+        const Size s = size();
+        place(s_.hooks_.toDesktop({origin.x, origin.y, s.w, s.h}));
     }
     void centre() override {
-        const QScreen* screen = QGuiApplication::primaryScreen();
-        if (!screen) return;
-        QRect r(QPoint(), view_->size());
-        r.moveCenter(screen->availableGeometry().center());
-        view_->setPosition(r.topLeft());
+        const auto areas = usableAreas();
+        if (areas.empty()) return;
+        QRect r(QPoint(), opening().grownBy(frame()));
+        r.moveCenter(areas.front().center());
+        place(r);
     }
     void makeKeyAndFront() override {
         log_->makeKeyAndFront();
@@ -179,11 +238,53 @@ class QuickWindow : public Window {
   private:
     QWindow*& slot() { return kind_ == WindowKind::settings ? s_.settings_ : s_.setup_; }
 
+    // A window opens at its form's full size; only a small screen cuts it.
+    QSize opening() const { return kind_ == WindowKind::settings ? natural_ : view_->size(); }
+    QMargins frame() {
+        return s_.hooks_.frameExtents ? s_.hooks_.frameExtents(*view_) : view_->frameMargins();
+    }
+    std::vector<QRect> usableAreas() const {
+        if (s_.hooks_.usableAreas) return s_.hooks_.usableAreas();
+        std::vector<QRect> out;
+        if (const QScreen* primary = QGuiApplication::primaryScreen())
+            out.push_back(primary->availableGeometry());
+        return out;
+    }
+
+    // Puts the window's frame at `wanted` (desktop pixels), within the
+    // usable area of the screen that holds most of it.
+    void place(const QRect& wanted) {
+        const auto areas = usableAreas();
+        QRect frameRect = wanted;
+        if (!areas.empty()) {
+            const QRect* best = &areas.front();
+            qint64 most = -1;
+            for (const auto& a : areas) {
+                const QRect common = a.intersected(wanted);
+                const qint64 size = common.isEmpty() ? 0 : qint64(common.width()) * common.height();
+                if (size > most) {
+                    most = size;
+                    best = &a;
+                }
+            }
+            frameRect = fitFrame(wanted, *best);
+        }
+        const QMargins m = frame();
+        QRect content = frameRect.marginsRemoved(m);
+        content.setWidth(natural_.width());
+        if (kind_ == WindowKind::settings) {
+            view_->setMinimumHeight(content.height());
+            view_->setMaximumHeight(content.height());
+        }
+        view_->setGeometry(content);
+    }
+
     QuickSurfaces& s_;
     WindowKind kind_;
     std::unique_ptr<Window> log_;
     std::unique_ptr<QObject> bridge_;
     std::unique_ptr<QQuickView> view_;
+    QSize natural_;
 };
 
 QuickSurfaces::QuickSurfaces(Surfaces& log, Hooks hooks)
@@ -219,6 +320,52 @@ double QuickSurfaces::textWidth(const std::string& text, double pointSize, FontW
 
 QWindow* QuickSurfaces::window(WindowKind kind) const {
     return kind == WindowKind::settings ? settings_ : setup_;
+}
+
+QRegion islandOutline(const QRectF& card, bool notched, double ear, double radius) {
+    const double w = card.width(), h = card.height();
+    if (w <= 0 || h <= 0) return {};
+    // The same clamps as the drawing: ears no wider than half the card, and
+    // corners that fit what is left.
+    const double tx = notched ? std::clamp(ear, 0.0, w / 2) : 0;
+    const double ty = notched ? std::clamp(ear, 0.0, h) : 0;
+    const double r = notched ? std::max(0.0, std::min({radius, (h - ty) / 2, (w - 2 * tx) / 2}))
+                             : std::max(0.0, std::min({radius, w / 2, h / 2}));
+    auto arc = [r](double dy) { return r - std::sqrt(std::max(0.0, r * r - dy * dy)); };
+    // How far in from the card's left (and right) edge the outline is at `v`
+    // below the card's top.
+    auto inset = [&](double v) {
+        if (notched && v < ty) {
+            // The ear's quadratic from the top corner, controlled at (tx, 0):
+            // y = t^2 ty, x = tx (2t - t^2).
+            const double t = std::sqrt(v / ty);
+            return tx * (2 * t - t * t);
+        }
+        if (!notched && v < r) return arc(r - v);
+        if (v > h - r) return tx + arc(v - (h - r));
+        return tx;
+    };
+    std::vector<QRect> rows;
+    for (int y = int(std::floor(card.top())); y < int(std::ceil(card.bottom())); ++y) {
+        const double v = y + 0.5 - card.top();
+        if (v < 0 || v > h) continue;
+        const double in = inset(v);
+        const int first = int(std::ceil(card.left() + in - 0.5));
+        const int last = int(std::floor(card.right() - in - 0.5));
+        if (last >= first) rows.emplace_back(first, y, last - first + 1, 1);
+    }
+    QRegion region;
+    region.setRects(rows.data(), int(rows.size()));
+    return region;
+}
+
+QRect fitFrame(const QRect& frame, const QRect& area) {
+    if (area.isEmpty()) return frame;
+    QRect out(frame.topLeft(), QSize(std::min(frame.width(), area.width()),
+                                     std::min(frame.height(), area.height())));
+    out.moveLeft(std::clamp(out.left(), area.left(), area.right() + 1 - out.width()));
+    out.moveTop(std::clamp(out.top(), area.top(), area.bottom() + 1 - out.height()));
+    return out;
 }
 
 double fontWidth(const std::string& text, double pixelSize, FontWeight weight) {

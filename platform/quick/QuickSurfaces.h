@@ -3,11 +3,14 @@
 #include "platform/Surfaces.h"
 #include "platform/quick/IslandBridge.h"
 
+#include <QMargins>
 #include <QRect>
+#include <QRegion>
 #include <QWindow>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace tarnwick::quick {
 
@@ -20,9 +23,14 @@ class QuickSurfaces : public Surfaces {
         // The desktop's top-left pixels of a frame in the core's bottom-left space.
         std::function<QRect(const Rect&)> toDesktop;
         // Called once a panel's window exists, before it is first shown: for
-        // what Qt cannot say itself (every workspace, the outline without a
-        // compositor).
+        // what Qt cannot say itself (the window's type, every workspace).
         std::function<void(QWindow&)> preparePanel;
+        // Each screen's area less the docks, in desktop pixels, the primary's
+        // first; empty when unknown. Our windows open inside one of them.
+        std::function<std::vector<QRect>()> usableAreas;
+        // What the window manager adds around a window of ours (title bar,
+        // borders), also before the window is first shown.
+        std::function<QMargins(QWindow&)> frameExtents;
         // False: transparent pixels would show black, so the panel's window is
         // cut to the island's outline instead.
         std::function<bool()> compositing;
@@ -60,6 +68,16 @@ class QuickSurfaces : public Surfaces {
     QWindow* settings_ = nullptr;
     QWindow* setup_ = nullptr;
 };
+
+// The island's card as drawn by island/IslandShape.qml in `card` (window
+// pixels): with ears of `ear` flaring into the top edge and bottom corners of
+// `radius` when notched, else a card rounded by `radius` all round. A pixel is
+// in when its centre is inside the outline.
+QRegion islandOutline(const QRectF& card, bool notched, double ear, double radius);
+
+// `frame` made no larger than `area` and moved the least to lie within it, so
+// that a window opens wholly on its screen, title bar included.
+QRect fitFrame(const QRect& frame, const QRect& area);
 
 // The width of one line of `text` in the desktop's font at `pixelSize`
 // (the views' points are Qt Quick's logical pixels).

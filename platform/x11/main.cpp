@@ -216,6 +216,25 @@ int main(int argc, char** argv) {
                  return QRect(int(o.x + r.x), int(bottom - r.y - r.h), int(r.w), int(r.h));
              },
          .preparePanel = [&](QWindow& w) { showOnEveryWorkspace(*main, uint32_t(w.winId())); },
+         .usableAreas =
+             [&] {
+                 std::vector<QRect> areas;
+                 for (const auto& m : screens.monitors())
+                     areas.emplace_back(int(m.usable.x), int(m.usable.y), int(m.usable.w),
+                                        int(m.usable.h));
+                 return areas;
+             },
+         // The window manager answers at once; a window it never frames
+         // opens as if it had no frame, and later ones do not wait again.
+         .frameExtents =
+             [&, noAnswer = false](QWindow& w) mutable {
+                 const uint32_t id = uint32_t(w.winId());
+                 QGuiApplication::sync(); // the window exists on the server
+                 const auto e = frameExtents(*main, id, noAnswer ? 0 : 200);
+                 noAnswer = !e;
+                 return e ? QMargins(int((*e)[0]), int((*e)[2]), int((*e)[1]), int((*e)[3]))
+                          : QMargins();
+             },
          .compositing = [&] { return compositing(*main); },
          .controls = qEnvironmentVariableIsSet("TARNWICK_LOG_CONTROLS")
                          ? std::function<void(const std::string&)>(

@@ -10,6 +10,13 @@
 //   tarnwick-xprobe wait-monitor NAME present|absent TIMEOUT
 //                                 exit 0 once it is so, printing the wall-clock time
 //                                 in ms when it was first seen ("seen MS")
+//   tarnwick-xprobe top-at X Y    the topmost window shown at that point of the root:
+//                                 0xID PID, ID the client (a frame's window, or an
+//                                 unmanaged window itself), PID its _NET_WM_PID or 0
+//   tarnwick-xprobe hints ID      min WxH max WxH actions A,B,...: WM_NORMAL_HINTS'
+//                                 minimum and maximum size (0x0 when unset) and the
+//                                 window manager's _NET_WM_ALLOWED_ACTIONS, lower case
+//                                 without the prefix ("move,resize,close")
 //
 // X Y W H is the frame, decorations included, in root coordinates: what the
 // user sees, and what a window mover asks for. STATES is a comma list of
@@ -19,6 +26,7 @@
 #include <xcb/xcb_ewmh.h>
 #include <xcb/xcb_icccm.h>
 
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -183,6 +191,96 @@ std::vector<Monitor> monitors(Probe& p) {
     return out;
 }
 
+bool hasWmState(Probe& p, xcb_window_t w, xcb_atom_t wmState) {
+    xcb_generic_error_t* err = nullptr;
+    auto r = checked(
+        xcb_get_property_reply(p.c, xcb_get_property(p.c, 0, w, wmState, XCB_ATOM_ANY, 0, 0), &err),
+        err);
+    return r && r->type != XCB_ATOM_NONE;
+}
+
+// The window under a frame that the window manager marks with WM_STATE, or
+// `w` itself (an unmanaged window, or one managed without a frame).
+xcb_window_t clientIn(Probe& p, xcb_window_t w, xcb_atom_t wmState) {
+    if (hasWmState(p, w, wmState)) return w;
+    xcb_generic_error_t* err = nullptr;
+    auto tree = checked(xcb_query_tree_reply(p.c, xcb_query_tree(p.c, w), &err), err);
+    if (!tree) return w;
+    auto* kids = xcb_query_tree_children(tree.r);
+    for (int i = xcb_query_tree_children_length(tree.r) - 1; i >= 0; --i) {
+        const xcb_window_t found = clientIn(p, kids[i], wmState);
+        if (hasWmState(p, found, wmState)) return found;
+    }
+    return w;
+}
+
+// The root's children are listed bottom to top: the last one shown that
+// covers the point is what the user sees there.
+int topAt(Probe& p, int x, int y) {
+    xcb_generic_error_t* err = nullptr;
+    auto tree = checked(xcb_query_tree_reply(p.c, xcb_query_tree(p.c, p.root), &err), err);
+    if (!tree) return 1;
+    const char name[] = "WM_STATE";
+    auto atom = checked(
+        xcb_intern_atom_reply(p.c, xcb_intern_atom(p.c, 0, sizeof name - 1, name), &err), err);
+    const xcb_atom_t wmState = atom ? atom->atom : xcb_atom_t(XCB_ATOM_NONE);
+    auto* kids = xcb_query_tree_children(tree.r);
+    for (int i = xcb_query_tree_children_length(tree.r) - 1; i >= 0; --i) {
+        auto attrs = checked(
+            xcb_get_window_attributes_reply(p.c, xcb_get_window_attributes(p.c, kids[i]), &err),
+            err);
+        if (!attrs || attrs->map_state != XCB_MAP_STATE_VIEWABLE ||
+            attrs->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            continue;
+        auto geo = checked(xcb_get_geometry_reply(p.c, xcb_get_geometry(p.c, kids[i]), &err), err);
+        if (!geo || x < geo->x || y < geo->y || x >= geo->x + geo->width + 2 * geo->border_width ||
+            y >= geo->y + geo->height + 2 * geo->border_width)
+            continue;
+        const xcb_window_t client = clientIn(p, kids[i], wmState);
+        uint32_t pid = 0;
+        if (!xcb_ewmh_get_wm_pid_reply(&p.ewmh, xcb_ewmh_get_wm_pid(&p.ewmh, client), &pid, &err))
+            std::free(err);
+        std::printf("0x%08x %u\n", client, pid);
+        return 0;
+    }
+    return 1;
+}
+
+int hints(Probe& p, xcb_window_t w) {
+    xcb_generic_error_t* err = nullptr;
+    xcb_size_hints_t size{};
+    if (!xcb_icccm_get_wm_normal_hints_reply(p.c, xcb_icccm_get_wm_normal_hints(p.c, w), &size,
+                                             &err)) {
+        std::free(err);
+        return 1;
+    }
+    const bool hasMin = size.flags & XCB_ICCCM_SIZE_HINT_P_MIN_SIZE;
+    const bool hasMax = size.flags & XCB_ICCCM_SIZE_HINT_P_MAX_SIZE;
+    std::string actions;
+    xcb_ewmh_get_atoms_reply_t atoms{};
+    if (xcb_ewmh_get_wm_allowed_actions_reply(&p.ewmh, xcb_ewmh_get_wm_allowed_actions(&p.ewmh, w),
+                                              &atoms, &err)) {
+        for (uint32_t i = 0; i < atoms.atoms_len; ++i) {
+            auto name = checked(
+                xcb_get_atom_name_reply(p.c, xcb_get_atom_name(p.c, atoms.atoms[i]), &err), err);
+            if (!name) continue;
+            std::string n(xcb_get_atom_name_name(name.r), xcb_get_atom_name_name_length(name.r));
+            const std::string prefix = "_NET_WM_ACTION_";
+            if (n.compare(0, prefix.size(), prefix) == 0) n = n.substr(prefix.size());
+            for (auto& ch : n)
+                ch = char(std::tolower(static_cast<unsigned char>(ch)));
+            actions += (actions.empty() ? "" : ",") + n;
+        }
+        xcb_ewmh_get_atoms_reply_wipe(&atoms);
+    } else {
+        std::free(err);
+    }
+    std::printf("min %dx%d max %dx%d actions %s\n", hasMin ? size.min_width : 0,
+                hasMin ? size.min_height : 0, hasMax ? size.max_width : 0,
+                hasMax ? size.max_height : 0, actions.empty() ? "-" : actions.c_str());
+    return 0;
+}
+
 using Clock = std::chrono::steady_clock;
 
 Clock::time_point deadlineAfter(const char* seconds) {
@@ -254,7 +352,8 @@ int waitMonitor(Probe& p, const std::string& name, bool present, const char* tim
 
 [[noreturn]] void usage() {
     std::fprintf(stderr, "usage: tarnwick-xprobe [list | frame ID | monitors | wait-frame ID X Y W "
-                         "H TIMEOUT [SLACK] | wait-monitor NAME present|absent TIMEOUT]\n");
+                         "H TIMEOUT [SLACK] | wait-monitor NAME present|absent TIMEOUT | top-at X "
+                         "Y | hints ID]\n");
     std::exit(2);
 }
 
@@ -299,6 +398,10 @@ int main(int argc, char** argv) {
         std::string mode = argv[3];
         if (mode != "present" && mode != "absent") usage();
         rc = waitMonitor(p, argv[2], mode == "present", argv[4]);
+    } else if (cmd == "top-at" && argc == 4) {
+        rc = topAt(p, std::atoi(argv[2]), std::atoi(argv[3]));
+    } else if (cmd == "hints" && argc == 3) {
+        rc = hints(p, windowArg(argv[2]));
     } else {
         usage();
     }

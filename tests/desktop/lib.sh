@@ -52,11 +52,12 @@ wait_until() {
 
 # ---- the desktop ------------------------------------------------------------
 
+# desktop_start [--panel WxH]: the laptop panel's size, 1440x900 unless given.
 desktop_start() {
     TD=$(mktemp -d "${TMPDIR:-/tmp}/tarnwick-desktop.XXXXXX")
     trap desktop_finish EXIT
     trap 'exit 130' INT TERM
-    "$desktop_tool" start "$TD" >/dev/null
+    "$desktop_tool" start "$TD" "$@" >/dev/null
     # shellcheck disable=SC1091
     source "$TD/env"
     tarnwick_log=$TD/tarnwick.log
