@@ -55,12 +55,13 @@ class DesktopEntries {
                                                     const std::string& instance,
                                                     const std::string& wmClass);
     // Whether an applications folder changed since the entries were read;
-    // reads them again if so. Under mu_.
+    // if so they are forgotten, to be read at the next question. Under mu_.
     bool refreshed();
 
     std::mutex mu_;
     std::optional<std::vector<Known>> known_;
-    // The folders' newest change when the entries were read, in ns.
+    // The folders' newest change when the entries were read, in ns; 0 while
+    // that change was too recent for GIO to have seen it.
     int64_t readStamp_ = 0;
 };
 
