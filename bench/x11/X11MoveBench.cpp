@@ -146,7 +146,7 @@ int main(int argc, char** argv) {
     XdgDefaults defaults(dir.string(), log);
     Prefs prefs(defaults, login, log);
     DesktopEntries entries;
-    X11WindowAccess access(std::move(background), screens, entries, log, getpid(),
+    X11WindowAccess access(std::move(background), screens, entries, dispatch, log, getpid(),
                            "org.tarnwick.Bench");
     WindowMover mover(access, screens, dispatch, prefs);
     const auto displays = Displays::all(screens);

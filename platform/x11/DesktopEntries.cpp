@@ -6,6 +6,8 @@
 #include <climits>
 #include <cstdlib>
 #include <functional>
+#include <sys/stat.h>
+#include <time.h>
 
 namespace tarnwick {
 
@@ -43,6 +45,40 @@ std::string text(const char* s) {
     return s ? s : "";
 }
 
+int64_t nanoseconds(const timespec& t) {
+    return static_cast<int64_t>(t.tv_sec) * 1000000000 + t.tv_nsec;
+}
+
+// The newest change to any of the folders GIO reads entries from (a file
+// added, removed or renamed in one), or to their parents when they do not
+// exist yet. A stat each: cheap enough for every question that finds nothing.
+int64_t foldersStamp() {
+    int64_t newest = 0;
+    auto look = [&newest](const std::string& data) {
+        struct stat st {};
+        for (const std::string& path : {data + "/applications", data})
+            if (::stat(path.c_str(), &st) == 0) {
+                newest = std::max(newest, nanoseconds(st.st_mtim));
+                return;
+            }
+    };
+    look(g_get_user_data_dir());
+    for (const char* const* dir = g_get_system_data_dirs(); *dir; ++dir)
+        look(*dir);
+    return newest;
+}
+
+int64_t realtimeNow() {
+    timespec t{};
+    clock_gettime(CLOCK_REALTIME, &t);
+    return nanoseconds(t);
+}
+
+// GIO learns of a new entry from a file monitor on a thread of its own,
+// a moment after the folder changed; until a change is that old, a read
+// may miss it and does not count as having seen it.
+constexpr int64_t gioCatchesUp = 2'000'000'000;
+
 } // namespace
 
 DesktopEntries::DesktopEntries() = default;
@@ -50,6 +86,9 @@ DesktopEntries::~DesktopEntries() = default;
 
 const std::vector<DesktopEntries::Known>& DesktopEntries::known() {
     if (known_) return *known_;
+    const int64_t stamp = foldersStamp();
+    const int64_t age = realtimeNow() - stamp;
+    readStamp_ = age >= 0 && age < gioCatchesUp ? 0 : stamp;
     known_.emplace();
     // NoDisplay entries are included; GIO leaves out only those marked
     // Hidden, which freedesktop.org's desktop entry format defines as deleted.
@@ -74,19 +113,34 @@ const std::vector<DesktopEntries::Known>& DesktopEntries::known() {
     return *known_;
 }
 
+bool DesktopEntries::refreshed() {
+    if (!known_ || foldersStamp() == readStamp_) return false;
+    known_.reset();
+    return true;
+}
+
+std::optional<DesktopEntry> DesktopEntries::find(
+    const std::function<std::optional<DesktopEntry>(const std::vector<Known>&)>& match) {
+    std::lock_guard lock(mu_);
+    if (auto e = match(known())) return e;
+    // Perhaps installed since the entries were read.
+    if (!refreshed()) return std::nullopt;
+    return match(known());
+}
+
 std::optional<DesktopEntry> DesktopEntries::byId(const std::string& id) {
     std::string bare = withoutSuffix(id);
     if (bare.empty()) return std::nullopt;
-    std::lock_guard lock(mu_);
-    for (const auto& k : known())
-        if (k.entry.id == bare) return k.entry;
-    return std::nullopt;
+    return find([&bare](const std::vector<Known>& all) -> std::optional<DesktopEntry> {
+        for (const auto& k : all)
+            if (k.entry.id == bare) return k.entry;
+        return std::nullopt;
+    });
 }
 
-std::optional<DesktopEntry> DesktopEntries::byWmClass(const std::string& instance,
-                                                      const std::string& wmClass) {
-    std::lock_guard lock(mu_);
-    const auto& all = known();
+std::optional<DesktopEntry> DesktopEntries::matchWmClass(const std::vector<Known>& all,
+                                                         const std::string& instance,
+                                                         const std::string& wmClass) {
     auto first =
         [&all](const std::function<bool(const Known&)>& match) -> std::optional<DesktopEntry> {
         for (const auto& k : all)
@@ -116,13 +170,20 @@ std::optional<DesktopEntry> DesktopEntries::byWmClass(const std::string& instanc
     return std::nullopt;
 }
 
+std::optional<DesktopEntry> DesktopEntries::byWmClass(const std::string& instance,
+                                                      const std::string& wmClass) {
+    return find(
+        [&](const std::vector<Known>& all) { return matchWmClass(all, instance, wmClass); });
+}
+
 std::optional<DesktopEntry> DesktopEntries::byExecutable(const std::string& path) {
     std::string program = resolved(path);
     if (program.empty()) return std::nullopt;
-    std::lock_guard lock(mu_);
-    for (const auto& k : known())
-        if (k.executable == program) return k.entry;
-    return std::nullopt;
+    return find([&program](const std::vector<Known>& all) -> std::optional<DesktopEntry> {
+        for (const auto& k : all)
+            if (k.executable == program) return k.entry;
+        return std::nullopt;
+    });
 }
 
 void DesktopEntries::reload() {

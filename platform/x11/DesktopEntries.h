@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -17,7 +19,10 @@ struct DesktopEntry {
 };
 
 // The desktop entries of the XDG data folders, as GIO reads them. Read once
-// and kept until reload(); safe to call from any thread.
+// and kept; safe to call from any thread. A question that finds nothing
+// reads them again when an applications folder changed since (an
+// application installed while we run is then known by its desktop id, as it
+// will be after a restart, rather than by its window class).
 class DesktopEntries {
   public:
     DesktopEntries();
@@ -42,9 +47,22 @@ class DesktopEntries {
         std::string executable; // Exec's program, resolved through PATH and links
     };
     const std::vector<Known>& known(); // under mu_
+    // `match` over the entries, and over them read again when it finds
+    // nothing and a folder changed.
+    std::optional<DesktopEntry>
+    find(const std::function<std::optional<DesktopEntry>(const std::vector<Known>&)>& match);
+    static std::optional<DesktopEntry> matchWmClass(const std::vector<Known>& all,
+                                                    const std::string& instance,
+                                                    const std::string& wmClass);
+    // Whether an applications folder changed since the entries were read;
+    // if so they are forgotten, to be read at the next question. Under mu_.
+    bool refreshed();
 
     std::mutex mu_;
     std::optional<std::vector<Known>> known_;
+    // The folders' newest change when the entries were read, in ns; 0 while
+    // that change was too recent for GIO to have seen it.
+    int64_t readStamp_ = 0;
 };
 
 } // namespace tarnwick

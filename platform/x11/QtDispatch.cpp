@@ -144,20 +144,34 @@ double QtDispatch::now() {
 }
 
 void QtDispatch::shutdown() {
+    // What is dropped is destroyed outside the locks: a closure may hold the
+    // last reference to an object whose destructor posts work of its own.
+    std::deque<std::function<void()>> dropped;
     {
         std::lock_guard lock(poolMutex_);
         if (stopping_ && threads_.empty()) return;
         stopping_ = true;
-        userInitiated_.clear();
+        dropped.swap(userInitiated_);
+        for (auto& fn : utility_)
+            dropped.push_back(std::move(fn));
         utility_.clear();
     }
     poolReady_.notify_all();
+    dropped.clear();
     for (auto& t : threads_)
         if (t.joinable()) t.join();
     threads_.clear();
-    std::lock_guard lock(mainMutex_);
-    mainQueue_.clear();
-    timed_.clear();
+    // Dropping main-thread work may post more; that goes too.
+    for (;;) {
+        {
+            std::lock_guard lock(mainMutex_);
+            dropped.swap(mainQueue_);
+        }
+        auto timed = std::move(timed_);
+        timed_.clear();
+        if (dropped.empty() && timed.empty()) break;
+        dropped.clear();
+    }
     for (auto* timer : findChildren<QTimer*>())
         delete timer;
 }

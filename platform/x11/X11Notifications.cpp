@@ -1,5 +1,6 @@
 #include "platform/x11/X11Notifications.h"
 
+#include <QAbstractEventDispatcher>
 #include <QDBusConnection>
 
 #include <xcb/screensaver.h>
@@ -36,7 +37,12 @@ X11Notifications::X11Notifications(XConnection& x, X11Screens& screens, SystemLo
     });
     notifier_ =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(c), QSocketNotifier::Read);
-    connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { drain(); });
+    connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { drain(true); });
+    // Whatever ran in this turn of the loop may have waited for a reply while
+    // a RandR event came in: the socket is quiet, the event sits in libxcb's
+    // queue. Emptying the queue costs no system call.
+    if (auto* loop = QAbstractEventDispatcher::instance())
+        connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, [this] { drain(false); });
     watchLogind();
 }
 
@@ -55,38 +61,49 @@ void X11Notifications::screensMayHaveChanged() {
     if (screens_.refresh()) post(PlatformEvent::screenParameters);
 }
 
-void X11Notifications::drain() {
+void X11Notifications::handle(const xcb_generic_event_t* e, bool& screens) {
+    const uint8_t type = e->response_type & 0x7f;
+    if (type == 0) {
+        log_.line("X error: " + describeError(reinterpret_cast<const xcb_generic_error_t*>(e)));
+    } else if (randrEventBase_ && (type == randrEventBase_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                                   type == randrEventBase_ + XCB_RANDR_NOTIFY)) {
+        screens = true;
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        const auto* p = reinterpret_cast<const xcb_property_notify_event_t*>(e);
+        if (p->atom == x_.ewmh()._NET_WORKAREA) screens = true;
+    } else if (screensaverKnown_ && type == screensaverEventBase_ + XCB_SCREENSAVER_NOTIFY) {
+        const auto* s = reinterpret_cast<const xcb_screensaver_notify_event_t*>(e);
+        if (s->state == XCB_SCREENSAVER_STATE_ON)
+            post(PlatformEvent::screensDidSleep);
+        else if (s->state == XCB_SCREENSAVER_STATE_OFF)
+            post(PlatformEvent::screensDidWake);
+    }
+}
+
+void X11Notifications::drain(bool fromSocket) {
     auto* c = x_.get();
-    bool randr = false;
-    while (auto* e = xcb_poll_for_event(c)) {
-        const uint8_t type = e->response_type & 0x7f;
-        if (type == 0) {
-            log_.line("X error: " + describeError(reinterpret_cast<xcb_generic_error_t*>(e)));
-        } else if (randrEventBase_ && (type == randrEventBase_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-                                       type == randrEventBase_ + XCB_RANDR_NOTIFY)) {
-            randr = true;
-        } else if (type == XCB_PROPERTY_NOTIFY) {
-            const auto* p = reinterpret_cast<xcb_property_notify_event_t*>(e);
-            if (p->atom == x_.ewmh()._NET_WORKAREA) randr = true;
-        } else if (screensaverKnown_ && type == screensaverEventBase_ + XCB_SCREENSAVER_NOTIFY) {
-            const auto* s = reinterpret_cast<xcb_screensaver_notify_event_t*>(e);
-            if (s->state == XCB_SCREENSAVER_STATE_ON)
-                post(PlatformEvent::screensDidSleep);
-            else if (s->state == XCB_SCREENSAVER_STATE_OFF)
-                post(PlatformEvent::screensDidWake);
+    if (!notifier_->isEnabled()) return;
+    for (bool more = true; more;) {
+        more = false;
+        bool screens = false;
+        while (auto* e = fromSocket ? xcb_poll_for_event(c) : xcb_poll_for_queued_event(c)) {
+            more = true;
+            handle(e, screens);
+            std::free(e);
         }
-        std::free(e);
-    }
-    if (x_.broken()) {
-        notifier_->setEnabled(false);
-        log_.line("Lost the connection to the X server");
-        if (onConnectionLost) onConnectionLost();
-        return;
-    }
-    if (randr) {
-        screensMayHaveChanged();
-        followUps_ = 0;
-        followUp_.start(150);
+        if (x_.broken()) {
+            notifier_->setEnabled(false);
+            log_.line("Lost the connection to the X server");
+            if (onConnectionLost) onConnectionLost();
+            return;
+        }
+        if (screens) {
+            screensMayHaveChanged();
+            followUps_ = 0;
+            followUp_.start(150);
+        }
+        // The handlers' round trips may have queued more.
+        fromSocket = false;
     }
 }
 

@@ -20,6 +20,12 @@ namespace tarnwick::x11 {
 // changes and a changed work area re-read the screens; the screen saver
 // switching the screens off and on stands for the screens sleeping and
 // waking; logind's PrepareForSleep on the system bus for the machine's.
+//
+// Every round trip on the main connection (the screens, the pointer, the
+// trust check) lets libxcb read events that arrive meanwhile into its queue,
+// where the socket no longer shows them: so the queue is also emptied each
+// time the event loop is about to sleep. The main connection is therefore
+// the main thread's alone.
 class X11Notifications : public QObject, public Notifications {
     Q_OBJECT
   public:
@@ -33,7 +39,12 @@ class X11Notifications : public QObject, public Notifications {
     void prepareForSleep(bool sleeping);
 
   private:
-    void drain();
+    // Handles the events waiting on the socket (`fromSocket`) or only those
+    // libxcb has already read, and again any that the handling's own round
+    // trips bring in.
+    void drain(bool fromSocket);
+    // One event; `screens` is set when the monitors may have changed.
+    void handle(const xcb_generic_event_t* event, bool& screens);
     void screensMayHaveChanged();
     void post(PlatformEvent event);
     void watchLogind();

@@ -65,21 +65,28 @@ std::string latin1ToUtf8(const char* bytes, size_t length) {
 }
 
 X11WindowAccess::X11WindowAccess(std::unique_ptr<XConnection> x, X11Screens& screens,
-                                 DesktopEntries& entries, SystemLog& log, int32_t ownPid,
-                                 std::string ownIdentifier)
+                                 DesktopEntries& entries, Dispatch& dispatch, SystemLog& log,
+                                 int32_t ownPid, std::string ownIdentifier)
     : x_(std::move(x))
     , screens_(screens)
     , entries_(entries)
+    , dispatch_(dispatch)
     , log_(log)
     , ownPid_(ownPid)
     , ownIdentifier_(std::move(ownIdentifier)) {}
+
+void X11WindowAccess::log(std::string line) {
+    // The log is the main thread's, and this runs on any: the line is handed
+    // over (the log, unlike this object, lives as long as the dispatch).
+    dispatch_.main([&log = log_, line = std::move(line)] { log.line(line); });
+}
 
 void X11WindowAccess::logQueuedErrors() {
     // Errors of requests nobody waits for (a message about a window that
     // has just gone) arrive as events; they are worth a line, not more.
     while (auto* e = xcb_poll_for_event(x_->get())) {
         if ((e->response_type & 0x7f) == 0)
-            log_.line("X error: " + describeError(reinterpret_cast<xcb_generic_error_t*>(e)));
+            log("X error: " + describeError(reinterpret_cast<xcb_generic_error_t*>(e)));
         std::free(e);
     }
 }
@@ -306,7 +313,7 @@ const WindowFacts* X11WindowAccess::factsFor(xcb_window_t id, bool live) {
 
 AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::string& name,
                                        AXAttribute& value) {
-    std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (x_->broken()) return axCannotComplete;
     if (auto* app = dynamic_cast<AppElement*>(element.get())) {
         if (name != "AXWindows") return axAttributeUnsupported;
@@ -321,7 +328,7 @@ AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::stri
     if (w->pendingSize) {
         // A size that no position followed goes out on its own.
         if (const auto* f = factsFor(w->window, false))
-            sendFrame(w->window, *f, std::nullopt, w->pendingSize);
+            sendFrame(lock, w->window, *f, std::nullopt, w->pendingSize);
         w->pendingSize.reset();
     }
     const auto* f = factsFor(w->window, w->live);
@@ -355,7 +362,8 @@ AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::stri
     return axSuccess;
 }
 
-void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
+void X11WindowAccess::restoredExtents(std::unique_lock<std::mutex>& lock, xcb_window_t id,
+                                      uint32_t extents[4]) {
     auto& ewmh = x_->ewmh();
     using clock = std::chrono::steady_clock;
     const auto start = clock::now();
@@ -391,7 +399,11 @@ void X11WindowAccess::restoredExtents(xcb_window_t id, uint32_t extents[4]) {
             if (!leftAt) leftAt = clock::now();
             if (changed || clock::now() - *leftAt > std::chrono::milliseconds(60)) return;
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        // A window manager takes a few milliseconds; other windows' reads
+        // and moves need not wait for it.
+        lock.unlock();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        lock.lock();
     }
 }
 
@@ -407,9 +419,11 @@ int32_t coordinate(double v) {
 
 } // namespace
 
-void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
-                                std::optional<Point> position, std::optional<Size> size) {
+void X11WindowAccess::sendFrame(std::unique_lock<std::mutex>& lock, xcb_window_t id,
+                                const WindowFacts& f, std::optional<Point> position,
+                                std::optional<Size> size) {
     auto& ewmh = x_->ewmh();
+    // `f` lies in the cache, which another thread may change while we wait.
     uint32_t extents[4] = {f.extents[0], f.extents[1], f.extents[2], f.extents[3]};
     // A maximized window would keep its size and ignore ours. Its decoration
     // changes as it leaves the state (borders come back), and the size we
@@ -420,7 +434,7 @@ void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
                                          ewmh._NET_WM_STATE_MAXIMIZED_HORZ,
                                          XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
         xcb_flush(x_->get());
-        restoredExtents(id, extents);
+        restoredExtents(lock, id, extents);
     }
     int flags = 0;
     uint32_t x = 0, y = 0, w = 0, h = 0;
@@ -448,7 +462,7 @@ void X11WindowAccess::sendFrame(xcb_window_t id, const WindowFacts& f,
 
 AXError X11WindowAccess::setAttribute(const AXElement& element, const std::string& name,
                                       const AXAttribute& value) {
-    std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (x_->broken()) return axCannotComplete;
     auto* w = dynamic_cast<WindowElement*>(element.get());
     if (!w) return axAttributeUnsupported;
@@ -462,13 +476,13 @@ AXError X11WindowAccess::setAttribute(const AXElement& element, const std::strin
             w->sentSize.reset();
             return axSuccess;
         }
-        if (w->pendingSize) sendFrame(w->window, *f, std::nullopt, w->pendingSize);
+        if (w->pendingSize) sendFrame(lock, w->window, *f, std::nullopt, w->pendingSize);
         w->pendingSize = size;
         w->sentSize.reset();
         return axSuccess;
     }
     if (name == "AXPosition" && v && v->type == AXValueType::point) {
-        sendFrame(w->window, *f, Point{v->a, v->b}, w->pendingSize);
+        sendFrame(lock, w->window, *f, Point{v->a, v->b}, w->pendingSize);
         w->sentSize = w->pendingSize;
         w->pendingSize.reset();
         w->live = true;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/Dispatch.h"
 #include "platform/SystemLog.h"
 #include "platform/WindowAccess.h"
 #include "platform/x11/DesktopEntries.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/XConnection.h"
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -40,10 +42,13 @@ std::string latin1ToUtf8(const char* bytes, size_t length);
 // pipelined batch and the attribute reads of that listing are answered from
 // it. Once a window has been written to, its reads go to the server again,
 // so that the mover's polling sees the window as it is now.
+//
+// Called from any thread. The log is the main thread's: lines written on
+// other threads reach it through the dispatch.
 class X11WindowAccess : public WindowAccess {
   public:
     X11WindowAccess(std::unique_ptr<XConnection> x, X11Screens& screens, DesktopEntries& entries,
-                    SystemLog& log, int32_t ownPid, std::string ownIdentifier);
+                    Dispatch& dispatch, SystemLog& log, int32_t ownPid, std::string ownIdentifier);
 
     std::vector<AppRef> runningApplications() override;
     std::optional<std::string> ownBundleIdentifier() override { return ownIdentifier_; }
@@ -66,7 +71,7 @@ class X11WindowAccess : public WindowAccess {
     // settings window's list, on the main thread).
     std::vector<AppRef> applications();
     // Round trips made so far, for the benchmark.
-    uint64_t roundTrips() const { return roundTrips_; }
+    uint64_t roundTrips() const { return roundTrips_.load(); }
 
   private:
     struct Snapshot {
@@ -77,23 +82,27 @@ class X11WindowAccess : public WindowAccess {
     std::vector<WindowFacts> fetch(const std::vector<xcb_window_t>& ids);
     std::vector<AppRef> group(const std::vector<WindowFacts>& windows);
     const WindowFacts* factsFor(xcb_window_t id, bool live);
-    void sendFrame(xcb_window_t id, const WindowFacts& facts, std::optional<Point> position,
-                   std::optional<Size> size);
+    // `lock` holds mutex_; it is let go while a maximized window is waited for.
+    void sendFrame(std::unique_lock<std::mutex>& lock, xcb_window_t id, const WindowFacts& facts,
+                   std::optional<Point> position, std::optional<Size> size);
     void logQueuedErrors();
-    // Waits (at most 0.3 s) for a window to leave the
-    // maximized state and gives the decoration it has then.
-    void restoredExtents(xcb_window_t id, uint32_t extents[4]);
+    void log(std::string line);
+    // Waits (at most 0.3 s) for a window to leave the maximized state and
+    // gives the decoration it has then. Other calls go on meanwhile: `lock`
+    // is released between the reads.
+    void restoredExtents(std::unique_lock<std::mutex>& lock, xcb_window_t id, uint32_t extents[4]);
 
     std::unique_ptr<XConnection> x_;
     X11Screens& screens_;
     DesktopEntries& entries_;
+    Dispatch& dispatch_;
     SystemLog& log_;
     int32_t ownPid_;
     std::string ownIdentifier_;
     std::mutex mutex_; // one request batch at a time on the connection, and the cache
     std::unordered_map<xcb_window_t, WindowFacts> facts_;
     std::vector<xcb_window_t> order_;
-    uint64_t roundTrips_ = 0;
+    std::atomic<uint64_t> roundTrips_ = 0;
 };
 
 } // namespace tarnwick::x11

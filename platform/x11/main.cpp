@@ -194,7 +194,7 @@ int main(int argc, char** argv) {
     // thread still talking to it; what the program keeps is already written.
     notifications.onConnectionLost = [] { std::_Exit(1); };
     DesktopEntries entries;
-    X11WindowAccess windows(std::move(background), screens, entries, log, getpid(),
+    X11WindowAccess windows(std::move(background), screens, entries, dispatch, log, getpid(),
                             X11Workspace::identifier);
     XdgDefaults defaults(xdgConfigHome() + "/tarnwick", log);
     XdgLoginItems login(xdgConfigHome(), executable);

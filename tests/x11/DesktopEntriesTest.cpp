@@ -108,13 +108,27 @@ TEST_F(DesktopEntriesTest, FindsTheEntryThatStartsAProgramThroughLinks) {
     fs::remove(xdgSandbox() + "/data/applications/tool.desktop");
 }
 
-TEST_F(DesktopEntriesTest, KeepsItsAnswersUntilReloaded) {
-    install("data", "late.desktop", "Name=Late\nExec=true\n");
-    // Give GIO ample time to see the file: the cached answer must still stand.
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_FALSE(entries.byId("late"));
-    EXPECT_TRUE(eventually(entries, [&] { return entries.byId("late").has_value(); }));
-    fs::remove(xdgSandbox() + "/data/applications/late.desktop");
+// An application installed while the program runs: its windows were keyed by
+// their class while it had no entry, and by its desktop id from then on (as
+// after a restart), with no one calling reload().
+TEST_F(DesktopEntriesTest, AnApplicationInstalledLaterIsKnownByItsDesktopId) {
+    EXPECT_FALSE(entries.byWmClass("quill", "Quill"));
+    EXPECT_FALSE(entries.byId("org.example.Quill"));
+    install("data", "org.example.Quill.desktop",
+            "Name=Quill\nExec=true\nStartupWMClass=quill-editor\n");
+    auto keyed = [&] {
+        auto e = entries.byWmClass("quill-editor", "Quill-editor");
+        return e && e->id == "org.example.Quill";
+    };
+    auto until = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (!keyed() && std::chrono::steady_clock::now() < until)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_TRUE(keyed()) << "the new entry was never read";
+    ASSERT_TRUE(entries.byId("org.example.Quill"));
+    EXPECT_EQ(entries.byId("org.example.Quill")->name, "Quill");
+    // Entries found are kept: a question that finds one reads no folder.
+    EXPECT_EQ(entries.byWmClass("scribble", "Scribble")->id, "org.example.Scribble");
+    fs::remove(xdgSandbox() + "/data/applications/org.example.Quill.desktop");
 }
 
 TEST_F(DesktopEntriesTest, AnswersThreadsAskingAtOnce) {

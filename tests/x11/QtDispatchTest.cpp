@@ -16,8 +16,13 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <mutex>
+#include <thread>
 
 namespace tarnwick::x11 {
 namespace {
@@ -83,6 +88,65 @@ TEST(QtDispatch, BackgroundWorkComesBackToTheMainThread) {
                         [&] { dispatch.main([&] { finished.push_back("command"); }); });
     runUntil([&] { return finished.size() == 3; });
     EXPECT_EQ(finished, (std::vector<std::string>{"first", "command", "snapshot"}));
+}
+
+// Ends the test program if `body` has not returned within `seconds`: a
+// deadlock fails the test rather than hanging the run.
+void withinSeconds(int seconds, const char* what, const std::function<void()>& body) {
+    std::mutex m;
+    std::condition_variable cv;
+    bool finished = false;
+    std::thread watchdog([&] {
+        std::unique_lock lock(m);
+        if (!cv.wait_for(lock, std::chrono::seconds(seconds), [&] { return finished; })) {
+            std::fprintf(stderr, "FAILED: %s did not return within %d s (a deadlock)\n", what,
+                         seconds);
+            std::_Exit(1);
+        }
+    });
+    body();
+    {
+        std::lock_guard lock(m);
+        finished = true;
+    }
+    cv.notify_one();
+    watchdog.join();
+}
+
+// Work that is dropped lets go of what it holds, and that may post again: a
+// layout save's closure holding the last reference to an object whose
+// destructor hands a line to the main thread.
+TEST(QtDispatch, ShutdownDropsWorkWhoseDestructorPostsWithoutDeadlock) {
+    qtApp();
+    struct PostsWhenGone {
+        QtDispatch& dispatch;
+        std::atomic<int>& gone;
+        ~PostsWhenGone() {
+            dispatch.main([] {});
+            dispatch.background(QoS::utility, [] {});
+            ++gone;
+        }
+    };
+    std::atomic<int> gone{0};
+    withinSeconds(5, "shutdown", [&] {
+        QtDispatch dispatch(1);
+        // The only thread is busy until the queued work below has been dropped.
+        std::atomic<bool> busy{false};
+        dispatch.background(QoS::userInitiated, [&] {
+            busy = true;
+            const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+            while (gone == 0 && std::chrono::steady_clock::now() < until)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        });
+        while (!busy)
+            std::this_thread::yield();
+        auto holder = [&] { return std::make_shared<PostsWhenGone>(dispatch, gone); };
+        dispatch.background(QoS::utility, [h = holder()] {});
+        dispatch.main([h = holder()] {});
+        dispatch.after(60, [h = holder()] {});
+        dispatch.shutdown();
+    });
+    EXPECT_EQ(gone, 3);
 }
 
 // Other applications' windows that answer from any thread.
