@@ -177,3 +177,18 @@ TEST(SettingsViewQml, PickersAndAppSwitchesAnswerTheirOwnRow) {
     EXPECT_EQ(prefs.excluded(), std::vector<std::string>{});
     EXPECT_FALSE(f.texts().contains("com.gone.Thing"));
 }
+
+TEST(SettingsViewQml, ChangesInOneTurnRedrawTheFormOnce) {
+    Form f;
+    int redrawn = 0;
+    QObject::connect(f.bridge.get(), &quick::SettingsBridge::changed, [&] { ++redrawn; });
+    for (int i = 1; i <= 5; ++i)
+        f.app->status().set("Moving " + std::to_string(i) + " of 5");
+    f.app->prefs().setPlaySounds(false);
+    EXPECT_EQ(redrawn, 0) << "redrawn within the turn";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(redrawn, 1);
+    EXPECT_TRUE(f.texts().contains("Moving 5 of 5"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(redrawn, 1) << "nothing more to draw";
+}
