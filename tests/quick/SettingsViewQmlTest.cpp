@@ -33,8 +33,10 @@ struct Form : ShellWorld {
     }
     SettingsView& model() { return *app->settingsWindow().view(); }
     QQuickItem* root() { return window->rootObject(); }
-    // The scene as drawn now, its layouts settled.
+    // The scene as drawn now, its layouts settled: the form follows the
+    // model on the event loop's next turn.
     QList<QQuickItem*> items() {
+        QCoreApplication::processEvents();
         window->grabWindow();
         QList<QQuickItem*> out;
         drawn(root(), out);
@@ -125,6 +127,7 @@ TEST(SettingsViewQml, KeyboardControlsReachThePreferences) {
 
     // A change made elsewhere (the menu) shows in the switch too.
     prefs.setPlaySounds(true);
+    QCoreApplication::processEvents();
     EXPECT_TRUE(chime->property("checked").toBool());
 
     // The slider moves by whole steps and its text follows the preference.
