@@ -6,7 +6,12 @@
 # "Done" closes the window, or "Open settings" (argument "settings") swaps it
 # for the settings window. The program must live on after either: the button
 # that closes the window is pressed inside that window's own click handler.
+# A picture of the last card and of what follows is kept in the build
+# folder's shots/views, or in $TARNWICK_VIEWS_SHOTS.
 source "$(dirname "$0")/lib.sh"
+
+shots=${TARNWICK_VIEWS_SHOTS:-$TARNWICK_BIN_DIR/shots/views}
+picture() { mkdir -p "$shots" && shot "$shots/$1.png"; }
 
 finish=${1:-done}
 case $finish in
@@ -50,6 +55,7 @@ wait_until 8 has_key setup.askedLogin || fail "\"Not now\" was not recorded"
 # "All set": its buttons close the window that holds them.
 log_mark
 wait_for_log "setup controls:" 5
+[ "$finish" = done ] && sleep 0.5 && picture first-run-last-card
 press_card "$last"
 sleep 1
 expect_running
@@ -57,6 +63,7 @@ if [ "$finish" = settings ]; then
     wait_for_log "window settings shown" 5
     wait_until 3 control settings settingsRoot || fail "the settings window reports no controls"
 fi
+picture "first-run-after-$finish"
 log_since_mark | grep -q "window setup hidden" || fail "the setup window did not close"
 expect_running
 tarnwick_stop
