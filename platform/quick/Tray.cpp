@@ -72,7 +72,8 @@ QAction* make(QMenu& menu, MenuModel& model, const MenuEntry& e) {
     return a;
 }
 
-void update(QMenu& menu, MenuModel& model, QAction& a, const MenuEntry& e) {
+// Texts, visibility and check marks as the entry has them now.
+void apply(QMenu& menu, MenuModel& model, QAction& a, const MenuEntry& e) {
     a.setVisible(e.visible);
     if (e.kind == MenuEntry::Kind::separator) return;
     a.setText(qs(e.text));
@@ -122,7 +123,7 @@ void fillMenu(QMenu& menu, MenuModel& model) {
             existing.erase(it);
         }
         if (!a) a = make(menu, model, e);
-        update(menu, model, *a, e);
+        apply(menu, model, *a, e);
         wanted << a;
     }
     for (const auto& [id, a] : existing)
