@@ -8,22 +8,50 @@ namespace tarnwick {
 
 namespace {
 
-MenuEntry separator(bool visible = true) {
+// Named after the group it leads, which keeps it one entry while the rows
+// around it come and go.
+MenuEntry separator(std::string before, bool visible = true) {
     MenuEntry e;
+    e.id = "-" + std::move(before);
     e.visible = visible;
     return e;
 }
 
-MenuEntry text(std::string t) {
+MenuEntry text(std::string id, std::string t) {
     MenuEntry e;
     e.kind = MenuEntry::Kind::text;
+    e.id = std::move(id);
     e.text = std::move(t);
     return e;
+}
+
+const char* commandName(MenuEntry::Command c) {
+    using C = MenuEntry::Command;
+    switch (c) {
+    case C::openSettings:
+        return "openSettings";
+    case C::moveAll:
+        return "moveAll";
+    case C::chooseWindows:
+        return "chooseWindows";
+    case C::restoreLayout:
+        return "restoreLayout";
+    case C::saveLayout:
+        return "saveLayout";
+    case C::onConnect:
+        return "onConnect";
+    case C::quit:
+        return "quit";
+    case C::none:
+        break;
+    }
+    return "none";
 }
 
 MenuEntry button(std::string t, MenuEntry::Command command, bool visible = true) {
     MenuEntry e;
     e.kind = MenuEntry::Kind::button;
+    e.id = commandName(command);
     e.text = std::move(t);
     e.command = command;
     e.visible = visible;
@@ -57,23 +85,27 @@ void MenuModel::rebuild() {
 
     std::vector<MenuEntry> out;
     out.push_back(button("Open Tarnwick\u2026", C::openSettings));
-    out.push_back(separator());
-    out.push_back(text(parts_.status.text()));
-    out.push_back(text(displayCount(displays.size())));
-    out.push_back(separator());
+    out.push_back(separator("status"));
+    out.push_back(text("status", parts_.status.text()));
+    out.push_back(text("displayCount", displayCount(displays.size())));
+    out.push_back(separator("moves"));
     for (const auto& d : displays) {
         auto e = button("Move everything to " + d.name, C::moveAll);
+        // The display, not its place in the list: a move chosen just before
+        // another display arrives still goes where the user said.
+        e.id += ":" + std::to_string(d.id);
         e.display = d;
         out.push_back(std::move(e));
     }
     out.push_back(button("Choose windows to move\u2026", C::chooseWindows, several));
-    out.push_back(separator(several));
+    out.push_back(separator("layouts", several));
     out.push_back(button("Restore saved layout", C::restoreLayout, several));
     out.push_back(button("Save current layout", C::saveLayout, several));
-    out.push_back(separator());
+    out.push_back(separator("onConnect"));
 
     MenuEntry picker;
     picker.kind = MenuEntry::Kind::picker;
+    picker.id = commandName(C::onConnect);
     picker.text = "When a display connects";
     picker.command = C::onConnect;
     const auto current = parts_.prefs.onConnect();
@@ -82,7 +114,7 @@ void MenuModel::rebuild() {
         if (onConnectCases[i].value == current) picker.chosen = i;
     }
     out.push_back(std::move(picker));
-    out.push_back(separator());
+    out.push_back(separator("quit"));
     out.push_back(button("Quit Tarnwick", C::quit));
     entries_ = std::move(out);
 }
@@ -116,6 +148,20 @@ void MenuModel::activate(size_t index) {
     case MenuEntry::Command::none:
         break;
     }
+}
+
+std::optional<size_t> MenuModel::find(const std::string& id) const {
+    for (size_t i = 0; i < entries_.size(); ++i)
+        if (entries_[i].id == id) return i;
+    return std::nullopt;
+}
+
+void MenuModel::activate(const std::string& id) {
+    if (auto i = find(id)) activate(*i);
+}
+
+void MenuModel::choose(const std::string& id, size_t choice) {
+    if (auto i = find(id)) choose(*i, choice);
 }
 
 void MenuModel::choose(size_t index, size_t choice) {

@@ -32,6 +32,10 @@ struct MenuEntry {
     };
 
     Kind kind = Kind::separator;
+    // The entry's identity, the same in every rebuild while it is in the menu
+    // ("saveLayout", "moveAll:2"): a choice made in a menu as drawn is
+    // carried out by it, wherever the entry stands when its turn comes.
+    std::string id;
     std::string text; // a button's label, a text line, the picker's title
     bool visible = true;
     Command command = Command::none;
@@ -64,14 +68,19 @@ class MenuModel : public Observable {
     // Chooses a button; text lines, separators, hidden entries and indexes
     // out of range do nothing.
     void activate(size_t index);
-    // Chooses case `choice` of the picker at `index`.
+    // The same for the entry with that identity, as the menu is now: nothing
+    // when it has gone or is hidden.
+    void activate(const std::string& id);
+    // Chooses case `choice` of the picker at `index`, or with that identity.
     void choose(size_t index, size_t choice);
+    void choose(const std::string& id, size_t choice);
 
     // "1 display connected", "3 displays connected".
     static std::string displayCount(size_t n);
 
   private:
     void rebuild();
+    std::optional<size_t> find(const std::string& id) const;
 
     Parts parts_;
     std::vector<MenuEntry> entries_;

@@ -65,24 +65,39 @@ int compareNames(std::string_view a, std::string_view b) {
     return caseKey(a).compare(caseKey(b));
 }
 
-std::vector<AppRow> appRows(Workspace& workspace, Files& files,
-                            const std::vector<std::string>& excluded) {
+namespace {
+
+bool listed(const std::vector<AppRow>& rows, const std::string& bundle) {
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const AppRow& r) { return r.bundle == bundle; });
+}
+
+} // namespace
+
+std::vector<AppRow> runningAppRows(Workspace& workspace) {
     const auto own = workspace.bundleIdentifier();
     std::vector<AppRow> rows;
-    auto listed = [&](const std::string& bundle) {
-        return std::any_of(rows.begin(), rows.end(),
-                           [&](const AppRow& r) { return r.bundle == bundle; });
-    };
     for (const auto& app : workspace.runningApplications()) {
         // Agents and background helpers have no windows worth moving.
         if (!app || app->policy != ActivationPolicy::regular || !app->bundleIdentifier) continue;
         const auto& bundle = *app->bundleIdentifier;
         // A second copy of an application would give two rows one identity.
-        if ((own && bundle == *own) || listed(bundle)) continue;
+        if ((own && bundle == *own) || listed(rows, bundle)) continue;
         rows.push_back({bundle, app->localizedName.value_or(bundle), app->icon});
     }
+    return rows;
+}
+
+std::vector<AppRow> appRows(Workspace& workspace, Files& files,
+                            const std::vector<std::string>& excluded) {
+    return appRows(runningAppRows(workspace), workspace, files, excluded);
+}
+
+std::vector<AppRow> appRows(std::vector<AppRow> running, Workspace& workspace, Files& files,
+                            const std::vector<std::string>& excluded) {
+    auto rows = std::move(running);
     for (const auto& bundle : excluded) {
-        if (listed(bundle)) continue;
+        if (listed(rows, bundle)) continue;
         if (auto location = workspace.applicationLocation(bundle))
             rows.push_back({bundle, files.displayName(*location), workspace.icon(*location)});
         else

@@ -24,6 +24,14 @@ struct AppRow {
 std::vector<AppRow> appRows(Workspace& workspace, Files& files,
                             const std::vector<std::string>& excluded);
 
+// The same in two parts. Listing the running applications is the costly
+// one (on a real desktop it reads every window there is), so a caller that
+// draws often keeps its result: `runningAppRows` lists them, each once and
+// in the order listed, and `appRows` adds the excluded ones and sorts.
+std::vector<AppRow> runningAppRows(Workspace& workspace);
+std::vector<AppRow> appRows(std::vector<AppRow> running, Workspace& workspace, Files& files,
+                            const std::vector<std::string>& excluded);
+
 // Orders names the way a person reading the list expects rather than by
 // bytes: letter case is ignored, and the accented Latin letters sort with
 // their base letter ("Éclair" between "Eagle" and "Fig"), an accent only

@@ -67,26 +67,71 @@ FormItem segmented(std::string text, Control control, const std::array<CaseInfo<
 
 } // namespace
 
-SettingsView::SettingsView(Parts parts)
+SettingsView::SettingsView(Parts parts, std::function<bool()> onScreen)
     : parts_(parts)
+    , onScreen_(std::move(onScreen))
     , trusted_(parts.platform.trust.isProcessTrusted()) {
-    // Granting access happens in the platform's own settings, which tell us
-    // nothing: asking again now and then is the only way to notice.
-    tick_ = parts_.platform.dispatch.every(tickInterval, [this] { refreshTrust(); });
-    prefsChanged_ = parts_.prefs.observe([this] { changed(); });
+    readApps();
+    startTick();
+    prefsChanged_ = parts_.prefs.observe([this] {
+        if (auto excluded = parts_.prefs.excluded(); excluded != mergedExcluded_)
+            mergeApps(std::move(excluded));
+        changed();
+    });
     displaysChanged_ = parts_.controller.observe([this] { changed(); });
     statusChanged_ = parts_.status.observe([this] { changed(); });
 }
 
 SettingsView::~SettingsView() {
-    if (tick_) tick_->cancel();
+    stop();
 }
 
-void SettingsView::refreshTrust() {
+void SettingsView::appear() {
+    readAll();
+    startTick();
+}
+
+void SettingsView::stop() {
+    if (tick_) std::exchange(tick_, nullptr)->cancel();
+}
+
+void SettingsView::startTick() {
+    // Granting access happens in the platform's own settings, and
+    // applications start and quit, without a word to us: asking again now
+    // and then is the only way to notice.
+    if (!tick_)
+        tick_ = parts_.platform.dispatch.every(tickInterval, [this] {
+            if (onScreen_ && !onScreen_()) return stop();
+            readAll();
+        });
+}
+
+void SettingsView::readAll() {
+    const bool trust = readTrust();
+    if (readApps() || trust) didChange();
+}
+
+bool SettingsView::readTrust() {
     const bool now = parts_.platform.trust.isProcessTrusted();
-    if (now == trusted_) return;
+    if (now == trusted_) return false;
     trusted_ = now;
-    didChange();
+    return true;
+}
+
+bool SettingsView::readApps() {
+    auto now = runningAppRows(parts_.platform.workspace);
+    if (merged_ && now == running_) return false;
+    running_ = std::move(now);
+    return mergeApps(parts_.prefs.excluded());
+}
+
+bool SettingsView::mergeApps(std::vector<std::string> excluded) {
+    auto rows = appRows(running_, parts_.platform.workspace, parts_.platform.files, excluded);
+    mergedExcluded_ = std::move(excluded);
+    merged_ = true;
+    if (rows == rows_) return false;
+    rows_ = std::move(rows);
+    return true;
 }
 
 std::string SettingsView::delayText(double seconds) {
@@ -115,10 +160,6 @@ std::vector<std::string> SettingsView::targetChoices() const {
     if (!stored.empty() && std::find(names.begin(), names.end(), stored) == names.end())
         names.push_back(stored);
     return names;
-}
-
-std::vector<AppRow> SettingsView::apps() const {
-    return appRows(parts_.platform.workspace, parts_.platform.files, parts_.prefs.excluded());
 }
 
 std::string SettingsView::version() const {

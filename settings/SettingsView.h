@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -89,12 +90,15 @@ struct FormSection {
     bool operator==(const FormSection&) const = default;
 };
 
-// Everything the settings window shows and what its controls do. Apart from
-// whether this process may drive other windows, which it re-reads every two
-// seconds so that the permission row turns green soon after the user grants
-// access, it holds nothing of its own: it follows the preferences, the
-// coordinator's displays and the status line, and tells its observers when
-// any of them changes. Main thread only.
+// Everything the settings window shows and what its controls do. It follows
+// the preferences, the coordinator's displays and the status line, and tells
+// its observers when any of them changes. Two things nobody tells it of it
+// reads itself, when the window appears and every two seconds while it stays
+// on screen: whether this process may drive other windows (so that the
+// permission row turns green soon after the user grants access), and the
+// running applications. The latter is kept between reads: listing them
+// reads every window on the desktop, and the form is drawn again for every
+// status line of a move. Main thread only.
 class SettingsView : public Observable {
   public:
     struct Parts {
@@ -110,8 +114,15 @@ class SettingsView : public Observable {
     static constexpr double minDelay = 0.5, maxDelay = 6.0, delayStep = 0.5;
     static constexpr const char* largestExternal = "Largest external display";
 
-    explicit SettingsView(Parts parts);
+    // `onScreen`: whether the window is on screen; the reading stops at the
+    // first tick that finds it is not. Without it, it never stops.
+    explicit SettingsView(Parts parts, std::function<bool()> onScreen = {});
     ~SettingsView();
+
+    // The window is back on screen: reads both now and ticks again.
+    void appear();
+    // No more reading until the next appear().
+    void stop();
 
     bool trusted() const { return trusted_; }
     // The whole form, top to bottom, as it should look now.
@@ -120,8 +131,8 @@ class SettingsView : public Observable {
     // external displays in list order, then a stored name not among them, so
     // that a display chosen earlier stays selected while it is unplugged.
     std::vector<std::string> targetChoices() const;
-    // Worked out afresh on every call: applications start and quit unseen.
-    std::vector<AppRow> apps() const;
+    // As last read, with the excluded list as it is now.
+    const std::vector<AppRow>& apps() const { return rows_; }
     std::string version() const;
 
     // What the user does. Disabled items do nothing.
@@ -141,11 +152,21 @@ class SettingsView : public Observable {
     static std::string caption(const Display& d);
 
   private:
-    void refreshTrust();
+    void startTick();
+    // Reads trust and the running applications, and tells of any change.
+    void readAll();
+    // Each says whether what the form shows changed.
+    bool readTrust();
+    bool readApps();
+    bool mergeApps(std::vector<std::string> excluded);
     void changed() { didChange(); }
 
     Parts parts_;
+    std::function<bool()> onScreen_;
     bool trusted_;
+    std::vector<AppRow> running_, rows_;
+    std::vector<std::string> mergedExcluded_; // what rows_ was made with
+    bool merged_ = false;
     WorkHandle tick_;
     Subscription prefsChanged_, displaysChanged_, statusChanged_;
 };

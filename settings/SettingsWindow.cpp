@@ -19,12 +19,20 @@ std::optional<ScreenInfo> screenUnderPointer(Screens& screens) {
 
 } // namespace
 
+SettingsWindow::~SettingsWindow() {
+    // A drawn view may hold the view model a little longer than we live, and
+    // its reading asks us whether the window is on screen.
+    if (view_) view_->stop();
+}
+
 void SettingsWindow::show() {
     auto& surfaces = parts_.platform.surfaces;
     if (!window_) {
-        view_ = std::make_shared<SettingsView>(parts_);
+        view_ = std::make_shared<SettingsView>(parts_, [this] { return visible(); });
         window_ = surfaces.makeWindow(WindowKind::settings, title, view_);
         if (!window_) return;
+    } else if (!window_->visible()) {
+        view_->appear();
     }
     // A window already on screen stays where the user put it.
     if (!window_->visible()) {

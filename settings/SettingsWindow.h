@@ -14,7 +14,8 @@ class Status;
 
 // The settings window. It is made on the first show() and kept for the life
 // of the process: closing only hides it, and the next show() brings back the
-// same window with the same view model. Main thread only.
+// same window with the same view model, which reads what nobody tells it of
+// only while the window is on screen. Main thread only.
 class SettingsWindow {
   public:
     using Parts = SettingsView::Parts;
@@ -22,6 +23,9 @@ class SettingsWindow {
 
     explicit SettingsWindow(Parts parts)
         : parts_(parts) {}
+    SettingsWindow(const SettingsWindow&) = delete;
+    SettingsWindow& operator=(const SettingsWindow&) = delete;
+    ~SettingsWindow();
 
     // Shows the window, centred on the screen under the pointer unless it
     // is already on screen, and brings it and this program to the front.

@@ -95,10 +95,12 @@ class QuickPanel : public Panel {
   public:
     QuickPanel(QuickSurfaces& s, const Rect& frame, std::shared_ptr<IslandModel> model)
         : s_(s)
-        , log_(s.log_.makePanel(frame, model))
-        , bridge_(model, s.hooks_.measure, s.hooks_.words ? s.hooks_.words() : BuiltinWords{},
-                  s.actions_, true) {
-        view_ = loadView("island/IslandView.qml", &bridge_);
+        , log_(s.log_.makePanel(frame, model)) {
+        auto bridge = std::make_unique<IslandBridge>(
+            model, s.hooks_.measure, s.hooks_.words ? s.hooks_.words() : BuiltinWords{}, s.actions_,
+            true);
+        view_.reset(loadView("island/IslandView.qml", bridge.get()).release());
+        adopt(*view_, std::move(bridge));
         view_->setFlags(panelFlags);
         // Should a platform manage it after all, Qt's xcb platform maps it
         // with a user time of 0, which window managers read as "do not focus
@@ -110,11 +112,13 @@ class QuickPanel : public Panel {
         if (s.hooks_.preparePanel) s.hooks_.preparePanel(*view_);
         reportControls(*view_, "island", s.hooks_.controls);
         if (s.hooks_.compositing && !s.hooks_.compositing())
-            QObject::connect(view_.get(), &QQuickWindow::frameSwapped, view_.get(),
-                             [this] { followOutline(); });
+            outlineWatch_ = QObject::connect(view_.get(), &QQuickWindow::frameSwapped, view_.get(),
+                                             [this] { followOutline(); });
         s_.panel_ = view_.get();
     }
     ~QuickPanel() override {
+        // The view outlives us by a turn of the event loop (OwnedView).
+        QObject::disconnect(outlineWatch_);
         if (s_.panel_ == view_.get()) s_.panel_ = nullptr;
     }
 
@@ -159,9 +163,9 @@ class QuickPanel : public Panel {
 
     QuickSurfaces& s_;
     std::unique_ptr<Panel> log_;
-    IslandBridge bridge_;
     Outline outline_;
-    std::unique_ptr<QQuickView> view_;
+    QMetaObject::Connection outlineWatch_;
+    OwnedView view_;
 };
 
 class QuickWindow : public Window {
@@ -171,15 +175,17 @@ class QuickWindow : public Window {
         : s_(s)
         , kind_(kind)
         , log_(s.log_.makeWindow(kind, title, model)) {
+        std::unique_ptr<QObject> bridge;
         if (kind == WindowKind::settings) {
             if (auto m = std::dynamic_pointer_cast<SettingsView>(model))
-                bridge_ = std::make_unique<SettingsBridge>(m, true);
-            view_ = loadView("settings/SettingsView.qml", bridge_.get());
+                bridge = std::make_unique<SettingsBridge>(m, true);
+            view_.reset(loadView("settings/SettingsView.qml", bridge.get()).release());
         } else {
             if (auto m = std::dynamic_pointer_cast<SetupView>(model))
-                bridge_ = std::make_unique<SetupBridge>(m, true);
-            view_ = loadView("setup/SetupView.qml", bridge_.get());
+                bridge = std::make_unique<SetupBridge>(m, true);
+            view_.reset(loadView("setup/SetupView.qml", bridge.get()).release());
         }
+        adopt(*view_, std::move(bridge));
         reportControls(*view_, kind == WindowKind::settings ? "settings" : "setup",
                        s.hooks_.controls);
         view_->setFlags(windowFlags);
@@ -197,12 +203,14 @@ class QuickWindow : public Window {
         view_->setTitle(qs(title));
         view_->setIcon(QIcon(":/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"));
         // The close button only hides the window; the log hears of it.
-        QObject::connect(view_.get(), &QWindow::visibleChanged, [this](bool shown) {
+        visibility_ = QObject::connect(view_.get(), &QWindow::visibleChanged, [this](bool shown) {
             if (!shown) log_->close();
         });
         slot() = view_.get();
     }
     ~QuickWindow() override {
+        // The view outlives us by a turn of the event loop (OwnedView).
+        QObject::disconnect(visibility_);
         if (slot() == view_.get()) slot() = nullptr;
     }
 
@@ -282,8 +290,8 @@ class QuickWindow : public Window {
     QuickSurfaces& s_;
     WindowKind kind_;
     std::unique_ptr<Window> log_;
-    std::unique_ptr<QObject> bridge_;
-    std::unique_ptr<QQuickView> view_;
+    QMetaObject::Connection visibility_;
+    OwnedView view_;
     QSize natural_;
 };
 

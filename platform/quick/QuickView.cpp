@@ -25,6 +25,12 @@ std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge) {
     return view;
 }
 
+void LaterDeleter::operator()(QQuickView* view) const {
+    if (!view) return;
+    view->hide();
+    view->deleteLater();
+}
+
 QImage grab(QQuickView& view) {
     QQuickItem* root = view.rootObject();
     if (!root) return {};

@@ -23,6 +23,23 @@ inline std::string ss(const QString& s) {
 // and leave the view empty rather than ending the program.
 std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge);
 
+// Ends a view of ours: hidden at once, deleted on a later turn of the event
+// loop. A view is often let go from inside one of its own QML handlers (a
+// button that closes its window, a tap that replaces the island), and Qt
+// aborts when an object goes while one of its handlers runs. What the view
+// binds to must outlive it: give the bridge to the view (`adopt`).
+struct LaterDeleter {
+    void operator()(QQuickView* view) const;
+};
+using OwnedView = std::unique_ptr<QQuickView, LaterDeleter>;
+
+// `bridge`, the view's context property, now ends with `view`, after the
+// scene that reads it.
+template <typename Bridge> Bridge* adopt(QQuickView& view, std::unique_ptr<Bridge> bridge) {
+    if (bridge) bridge->setParent(&view);
+    return bridge.release();
+}
+
 // Draws the view's current content into an image with its alpha, waiting
 // for the scene graph; also works for a view that is not shown.
 QImage grab(QQuickView& view);

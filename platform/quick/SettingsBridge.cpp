@@ -130,9 +130,20 @@ SettingsBridge::SettingsBridge(std::shared_ptr<SettingsView> model, bool animate
     , animate_(animate) {
     if (!model_) return;
     refresh();
+    // A move sets a status line per window, and the whole form is made
+    // again for each: what changed within one turn of the event loop is
+    // drawn once, on the next.
     subscription_ = model_->observe([this] {
-        refresh();
-        emit changed();
+        if (pending_) return;
+        pending_ = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                pending_ = false;
+                refresh();
+                emit changed();
+            },
+            Qt::QueuedConnection);
     });
 }
 

@@ -12,8 +12,9 @@ class QQmlEngine;
 
 namespace tarnwick::quick {
 
-// The settings form as settings/SettingsView.qml reads it, refreshed when
-// the view model changes, and the user's presses, switches, choices and
+// The settings form as settings/SettingsView.qml reads it, refreshed on the
+// event loop's next turn after the view model changes (once however many
+// changes that turn held), and the user's presses, switches, choices and
 // slides handed back to it. Main thread only.
 class SettingsBridge : public QObject {
     Q_OBJECT
@@ -47,6 +48,7 @@ class SettingsBridge : public QObject {
 
     std::shared_ptr<SettingsView> model_;
     bool animate_;
+    bool pending_ = false;
     QVariantList sections_;
     Subscription subscription_;
 };

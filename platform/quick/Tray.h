@@ -12,13 +12,16 @@
 
 namespace tarnwick::quick {
 
-// Fills `menu` from the menu model: buttons, text lines, separators, and
-// the picker as a submenu whose chosen case carries a check mark.
+// Brings `menu` in line with the menu model: buttons, text lines,
+// separators, and the picker as a submenu whose chosen case carries a check
+// mark; hidden entries are hidden actions. It works in place: an entry's
+// action lives as long as the entry, and only entries that come or go add or
+// remove actions, so a menu open on screen stays open and current.
 void fillMenu(QMenu& menu, MenuModel& model);
 
 // The program's icon in the desktop's tray (a StatusNotifierItem where the
-// desktop offers one) with the menu model as its menu, rebuilt whenever the
-// model is; the tooltip shows the status. Main thread only.
+// desktop offers one) with the menu model as its menu, brought up to date
+// whenever the model changes; the tooltip shows the status. Main thread only.
 class Tray : public QObject {
     Q_OBJECT
   public:
@@ -32,7 +35,7 @@ class Tray : public QObject {
     static QIcon appIcon();
 
   private:
-    void rebuild();
+    void refresh();
 
     std::unique_ptr<MenuModel> model_;
     QMenu menu_;

@@ -293,6 +293,9 @@ int main(int argc, char** argv) {
         // Background work refers to the core: it ends before the core does.
         dispatch.shutdown();
     }
+    // Views let go of on the way out are deleted on a later turn of the event
+    // loop, and there is none any more.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     log.line("Quit");
     return status;
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 using namespace tarnwick;
 using tarnwick::shelltest::ShellWorld;
 using Lines = std::vector<std::string>;
@@ -118,6 +120,42 @@ TEST(Menu, MoveButtonsSendWindowsToTheirOwnDisplay) {
     menu->activate(indexOf(*menu, "Move everything to Studio Display"));
     w.wait(2);
     EXPECT_GE(w.desk.findWindow(10, "Docs")->frame.x, 1512);
+}
+
+TEST(Menu, EntriesKeepTheirIdentityWhileTheMenuChangesAroundThem) {
+    ShellWorld w;
+    w.launch();
+    w.plugStudio();
+    auto menu = w.app->makeMenu();
+    auto ids = [&] {
+        std::vector<std::string> out;
+        for (const auto& e : menu->entries())
+            out.push_back(e.id);
+        return out;
+    };
+    const auto two = ids();
+    EXPECT_EQ(std::set<std::string>(two.begin(), two.end()).size(), two.size()) << "unique";
+    const auto save = menu->entries()[indexOf(*menu, "Save current layout")].id;
+    const auto studio = menu->entries()[indexOf(*menu, "Move everything to Studio Display")].id;
+
+    w.app->status().set("Something else");
+    EXPECT_EQ(ids(), two);
+    w.desk.addScreen({3, "Side Display", {4072, 0, 1280, 800}, {4072, 0, 1280, 775}});
+    w.desk.post(PlatformEvent::screenParameters);
+    w.wait(1);
+    EXPECT_EQ(menu->entries()[indexOf(*menu, "Save current layout")].id, save);
+    EXPECT_EQ(menu->entries()[indexOf(*menu, "Move everything to Studio Display")].id, studio);
+
+    // By identity: the entry as it is now, and nothing once it is gone.
+    menu->activate(save);
+    w.wait(1);
+    EXPECT_EQ(w.app->status().text(), "Layout saved for 3 displays");
+    w.unplugStudio();
+    const auto gone = w.app->status().text();
+    menu->activate(studio);
+    menu->activate("no such entry");
+    w.wait(1);
+    EXPECT_EQ(w.app->status().text(), gone);
 }
 
 TEST(Menu, ADroppedMenuIsToldNothingMore) {

@@ -33,8 +33,10 @@ struct Form : ShellWorld {
     }
     SettingsView& model() { return *app->settingsWindow().view(); }
     QQuickItem* root() { return window->rootObject(); }
-    // The scene as drawn now, its layouts settled.
+    // The scene as drawn now, its layouts settled: the form follows the
+    // model on the event loop's next turn.
     QList<QQuickItem*> items() {
+        QCoreApplication::processEvents();
         window->grabWindow();
         QList<QQuickItem*> out;
         drawn(root(), out);
@@ -125,6 +127,7 @@ TEST(SettingsViewQml, KeyboardControlsReachThePreferences) {
 
     // A change made elsewhere (the menu) shows in the switch too.
     prefs.setPlaySounds(true);
+    QCoreApplication::processEvents();
     EXPECT_TRUE(chime->property("checked").toBool());
 
     // The slider moves by whole steps and its text follows the preference.
@@ -176,4 +179,19 @@ TEST(SettingsViewQml, PickersAndAppSwitchesAnswerTheirOwnRow) {
     f.key(gone, Qt::Key_Space);
     EXPECT_EQ(prefs.excluded(), std::vector<std::string>{});
     EXPECT_FALSE(f.texts().contains("com.gone.Thing"));
+}
+
+TEST(SettingsViewQml, ChangesInOneTurnRedrawTheFormOnce) {
+    Form f;
+    int redrawn = 0;
+    QObject::connect(f.bridge.get(), &quick::SettingsBridge::changed, [&] { ++redrawn; });
+    for (int i = 1; i <= 5; ++i)
+        f.app->status().set("Moving " + std::to_string(i) + " of 5");
+    f.app->prefs().setPlaySounds(false);
+    EXPECT_EQ(redrawn, 0) << "redrawn within the turn";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(redrawn, 1);
+    EXPECT_TRUE(f.texts().contains("Moving 5 of 5"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(redrawn, 1) << "nothing more to draw";
 }

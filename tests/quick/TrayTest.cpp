@@ -3,6 +3,7 @@
 #include "tests/app/ShellWorld.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 #include <gtest/gtest.h>
 
 using namespace tarnwick;
@@ -15,6 +16,7 @@ namespace {
 std::vector<std::string> shown(const QMenu& menu) {
     std::vector<std::string> out;
     for (auto* a : menu.actions()) {
+        if (!a->isVisible()) continue;
         if (a->isSeparator()) {
             out.push_back("-");
         } else if (a->menu()) {
@@ -101,4 +103,63 @@ TEST(Tray, ButtonsRunTheirCommands) {
     settle();
     const QImage picture = quick::shootMenu(tray.model());
     EXPECT_GT(picture.height(), 5 * 20);
+}
+
+TEST(Tray, AChosenButtonRunsEvenWhenTheMenuChangesBeforeItsTurn) {
+    ShellWorld w;
+    w.launch();
+    w.plugStudio();
+    quick::Tray tray(w.app->makeMenu());
+    find(tray.menu(), "Save current layout")->trigger();
+    // Before the loop's next turn a third display shifts every entry below
+    // the move buttons down by one.
+    w.desk.addScreen({3, "Side Display", {4072, 0, 1280, 800}, {4072, 0, 1280, 775}});
+    w.desk.post(PlatformEvent::screenParameters);
+    w.wait(1);
+    ASSERT_EQ(w.app->controller().displays().size(), 3u);
+    settle();
+    w.wait(1);
+    EXPECT_EQ(w.app->status().text(), "Layout saved for 3 displays");
+
+    // An entry that is gone, or hidden, by its turn does nothing.
+    find(tray.menu(), "Move everything to Side Display")->trigger();
+    find(tray.menu(), "Choose windows to move\u2026")->trigger();
+    w.desk.unplug(3);
+    w.desk.unplug(2);
+    w.desk.post(PlatformEvent::screenParameters);
+    w.wait(1);
+    const auto before = w.app->status().text();
+    settle();
+    w.wait(1);
+    EXPECT_EQ(w.app->status().text(), before);
+}
+
+TEST(Tray, AnOpenMenuKeepsItsActionsThroughChanges) {
+    ShellWorld w;
+    w.launch();
+    quick::Tray tray(w.app->makeMenu());
+    tray.menu().popup(QPoint(0, 0));
+    QPointer<QAction> status = find(tray.menu(), "Ready");
+    QPointer<QAction> quit = find(tray.menu(), "Quit Tarnwick");
+    QPointer<QAction> doNothing = find(tray.menu(), "Do nothing");
+    ASSERT_TRUE(status && quit && doNothing);
+
+    // A new status rewrites its line in place.
+    w.app->status().set("Moving 1 of 3");
+    EXPECT_TRUE(status && quit && doNothing);
+    EXPECT_EQ(status->text(), "Moving 1 of 3");
+    EXPECT_TRUE(tray.menu().isVisible());
+
+    // A display added adds its own rows and leaves the others be.
+    w.plugStudio();
+    EXPECT_TRUE(status && quit && doNothing);
+    EXPECT_EQ(status->text(), "Studio Display connected");
+    doNothing->trigger();
+    settle();
+    EXPECT_EQ(w.app->prefs().onConnect(), OnConnect::nothing);
+    EXPECT_TRUE(doNothing && doNothing->isChecked());
+    const auto two = shown(tray.menu());
+    EXPECT_EQ(std::count(two.begin(), two.end(), "Move everything to Studio Display"), 1);
+    EXPECT_NE(std::find(two.begin(), two.end(), "Choose windows to move\u2026"), two.end());
+    tray.menu().hide();
 }

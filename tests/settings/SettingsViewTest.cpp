@@ -43,6 +43,49 @@ struct SettingsWorld : ShellWorld {
     sim::SimWindow& simWindow() { return *desk.surfaces().window(WindowKind::settings); }
 };
 
+// The desktop's workspace, counting how often the running applications are
+// listed: on a real desktop each listing reads every window there is.
+struct CountingWorkspace : Workspace {
+    explicit CountingWorkspace(Workspace& inner)
+        : w(inner) {}
+    std::vector<AppRef> runningApplications() override {
+        ++listings;
+        return w.runningApplications();
+    }
+    std::optional<std::string> applicationLocation(const std::string& id) override {
+        return w.applicationLocation(id);
+    }
+    std::string icon(const std::string& path) override { return w.icon(path); }
+    std::string bundlePath() override { return w.bundlePath(); }
+    std::optional<std::string> bundleIdentifier() override { return w.bundleIdentifier(); }
+    std::optional<std::string> version() override { return w.version(); }
+    std::optional<std::string> translocationOriginal(const std::string& path) override {
+        return w.translocationOriginal(path);
+    }
+    std::string accessibilitySettingsURL() override { return w.accessibilitySettingsURL(); }
+    std::optional<std::string> installGuide() override { return w.installGuide(); }
+
+    Workspace& w;
+    int listings = 0;
+};
+
+struct CountingWorld : SettingsWorld {
+    CountingWorkspace counting{desk.workspace()};
+    Platform counted{platform.dispatch, platform.screens, platform.notifications, platform.defaults,
+                     platform.login,    platform.trust,   platform.audio,         platform.log,
+                     platform.windows,  platform.files,   platform.processes,     counting,
+                     platform.surfaces};
+
+    void launchCounted() {
+        app = std::make_unique<App>(counted, std::vector<std::string>{program});
+        app->didFinishLaunching();
+    }
+    // What a drawn window does on every change it is told of.
+    Subscription render() {
+        return view().observe([this] { (void)window().view()->form(); });
+    }
+};
+
 } // namespace
 
 TEST(SettingsForm, OneDisplayOffersNoChoosingAndNoLayouts) {
@@ -197,4 +240,51 @@ TEST(SettingsWindow, CentresOnTheScreenUnderThePointerOnlyWhenItAppears) {
     w.window().show(); // nowhere to centre it: it stays, and still comes forward
     EXPECT_TRUE(win.visible());
     EXPECT_EQ(win.origin(), (Point{476, 88.5}));
+}
+
+TEST(SettingsForm, TheAppListIsReadOnTheTickNotOnEveryChange) {
+    CountingWorld w;
+    w.launchCounted();
+    auto drawn = w.render();
+    w.counting.listings = 0;
+    // A move of many windows: a status line each, 200 of them in 10 s.
+    for (int i = 1; i <= 200; ++i) {
+        w.app->status().set("Moving " + std::to_string(i) + " of 200");
+        w.wait(0.05);
+    }
+    EXPECT_LE(w.counting.listings, 6) << "at most one listing per tick";
+    EXPECT_GE(w.counting.listings, 4) << "the list is still kept up to date";
+
+    // An application started since shows within a tick, and is told once.
+    w.desk.addApp({10, "Safari", "com.apple.Safari"});
+    int told = 0;
+    auto sub = w.view().observe([&] { ++told; });
+    w.wait(2);
+    EXPECT_TRUE(w.find("Safari"));
+    EXPECT_EQ(told, 1);
+    w.wait(10); // no news is not told
+    EXPECT_EQ(told, 1);
+}
+
+TEST(SettingsWindow, NothingIsReadWhileTheWindowIsHidden) {
+    CountingWorld w;
+    w.launchCounted();
+    auto& view = w.view();
+    w.simWindow().closeBox();
+    w.wait(2.5); // the tick that finds the window hidden
+    w.counting.listings = 0;
+    w.desk.setTrusted(false);
+    w.desk.addApp({10, "Safari", "com.apple.Safari"});
+    w.wait(60);
+    EXPECT_EQ(w.counting.listings, 0);
+    EXPECT_TRUE(view.trusted()) << "the approval was read while hidden";
+
+    // Shown again: read at once, and then on every tick again.
+    w.window().show();
+    EXPECT_FALSE(view.trusted());
+    EXPECT_TRUE(w.find("Safari"));
+    EXPECT_EQ(w.counting.listings, 1);
+    w.desk.setTrusted(true);
+    w.wait(2);
+    EXPECT_TRUE(view.trusted());
 }
