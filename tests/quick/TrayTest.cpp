@@ -102,3 +102,25 @@ TEST(Tray, ButtonsRunTheirCommands) {
     const QImage picture = quick::shootMenu(tray.model());
     EXPECT_GT(picture.height(), 5 * 20);
 }
+
+// The menu is filled afresh on every change of the displays, the status or
+// the preferences: what a rebuild replaces must go, or each monitor plugged
+// in and out leaves a submenu behind for the life of the program.
+TEST(Tray, RebuildsLeaveNothingBehind) {
+    ShellWorld w;
+    w.launch();
+    quick::Tray tray(w.app->makeMenu());
+    w.plugStudio();
+    w.unplugStudio();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const auto before =
+        tray.findChildren<QObject*>().size() + tray.menu().findChildren<QObject*>().size();
+    for (int i = 0; i < 10; ++i) {
+        w.plugStudio();
+        w.unplugStudio();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(tray.findChildren<QObject*>().size() + tray.menu().findChildren<QObject*>().size(),
+              before);
+    EXPECT_EQ(tray.menu().findChildren<QMenu*>().size(), 1u);
+}
