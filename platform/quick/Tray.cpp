@@ -10,10 +10,10 @@
 namespace tarnwick::quick {
 
 void fillMenu(QMenu& menu, MenuModel& model) {
-    // clear() keeps the submenus addMenu() made: their actions belong to
-    // them, not to the menu. Deleting one takes its action out of the menu.
+    // clear() keeps the submenus addMenu() made, since their actions belong
+    // to them, not to the menu. Later: the rebuild may come while one is open.
     for (auto* a : menu.actions())
-        if (auto* sub = a->menu(); sub && sub->parent() == &menu) delete sub;
+        if (auto* sub = a->menu(); sub && sub->parent() == &menu) sub->deleteLater();
     menu.clear();
     const auto& entries = model.entries();
     for (size_t i = 0; i < entries.size(); ++i) {
