@@ -100,11 +100,15 @@ void Controller::connected(const std::vector<Display>& added) {
     const double now = parts_.platform.dispatch.now();
     const bool sameGroup = now - lastArrival_ < settle + groupWindow;
     std::vector<Display> group;
+    auto among = [](const std::vector<Display>& list, const Display& a) {
+        return std::any_of(list.begin(), list.end(),
+                           [&](const Display& d) { return d.id == a.id; });
+    };
+    // A member that came back is one of `added` now: counted once, however
+    // often it is plugged in and out during the group.
     if (sameGroup)
         for (const auto& a : arrivals_)
-            if (std::any_of(displays_.begin(), displays_.end(),
-                            [&](const Display& d) { return d.id == a.id; }))
-                group.push_back(a);
+            if (among(displays_, a) && !among(added, a)) group.push_back(a);
     group.insert(group.end(), added.begin(), added.end());
     arrivals_ = std::move(group);
     lastArrival_ = now;

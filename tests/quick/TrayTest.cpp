@@ -163,3 +163,25 @@ TEST(Tray, AnOpenMenuKeepsItsActionsThroughChanges) {
     EXPECT_NE(std::find(two.begin(), two.end(), "Choose windows to move\u2026"), two.end());
     tray.menu().hide();
 }
+
+// The menu follows every change of the displays, the status or the
+// preferences: what it no longer shows must go, or each monitor plugged in
+// and out leaves a submenu behind for the life of the program.
+TEST(Tray, RebuildsLeaveNothingBehind) {
+    ShellWorld w;
+    w.launch();
+    quick::Tray tray(w.app->makeMenu());
+    w.plugStudio();
+    w.unplugStudio();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const auto before =
+        tray.findChildren<QObject*>().size() + tray.menu().findChildren<QObject*>().size();
+    for (int i = 0; i < 10; ++i) {
+        w.plugStudio();
+        w.unplugStudio();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(tray.findChildren<QObject*>().size() + tray.menu().findChildren<QObject*>().size(),
+              before);
+    EXPECT_EQ(tray.menu().findChildren<QMenu*>().size(), 1u);
+}
