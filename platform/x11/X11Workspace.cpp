@@ -31,10 +31,10 @@ std::string X11Workspace::bundlePath() {
 }
 
 std::optional<std::string> X11Workspace::installGuide() {
-    return std::string("Tarnwick runs from where it was built, not from an installed copy. "
-                       "Install it with its Debian package, or from its source folder with "
-                       "\"cmake --install build --prefix ~/.local\", then open it from your "
-                       "applications menu. Nothing here is moved or deleted.");
+    return std::string("This copy of Tarnwick is not installed. Install it with its Debian "
+                       "package, or from its source folder with \"cmake --install build --prefix "
+                       "~/.local\", then open it from your applications menu. Nothing here was "
+                       "moved or deleted.");
 }
 
 std::vector<AppRef> X11Workspace::runningApplications() {
