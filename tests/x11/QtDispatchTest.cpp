@@ -119,6 +119,9 @@ void withinSeconds(int seconds, const char* what, const std::function<void()>& b
 TEST(QtDispatch, ShutdownDropsWorkWhoseDestructorPostsWithoutDeadlock) {
     qtApp();
     struct PostsWhenGone {
+        PostsWhenGone(QtDispatch& d, std::atomic<int>& g)
+            : dispatch(d)
+            , gone(g) {}
         QtDispatch& dispatch;
         std::atomic<int>& gone;
         ~PostsWhenGone() {
