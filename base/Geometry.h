@@ -58,11 +58,4 @@ inline bool pointerIn(const Point& p, const Rect& r) {
     return p.x >= r.minX() && p.x < r.maxX() && p.y > r.minY() && p.y <= r.maxY();
 }
 
-// The smallest rectangle with integral origin and size that contains `r`.
-inline Rect integral(const Rect& r) {
-    double x0 = std::floor(r.minX()), y0 = std::floor(r.minY());
-    double x1 = std::ceil(r.maxX()), y1 = std::ceil(r.maxY());
-    return {x0, y0, x1 - x0, y1 - y0};
-}
-
 } // namespace tarnwick

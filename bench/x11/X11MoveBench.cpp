@@ -106,10 +106,10 @@ int main(int argc, char** argv) {
 
     if (mode == "raw" || mode == "home") {
         const bool home = mode == "home";
-        // The same work for the window manager as ours: a move and a resize
-        // by a pixel per window (ours rounds a moved frame outwards, so its
-        // windows change size too, and a real resize makes the window
-        // manager and the client redraw). Sizes are read first.
+        // The most a move of ours asks of the window manager: a move and a
+        // resize by a pixel per window (ours writes the size with the
+        // position, and under scale and fill changes it; a real resize makes
+        // the window manager and the client redraw). Sizes are read first.
         std::vector<xcb_get_geometry_cookie_t> geometry;
         for (auto id : ids)
             geometry.push_back(xcb_get_geometry(main->get(), id));
