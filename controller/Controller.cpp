@@ -155,7 +155,7 @@ void Controller::moveAll(const Display& target) {
         .target = target,
         .all = Displays::all(parts_.platform.screens),
         .done =
-            [self, target](const WindowMover::MoveResult& r) {
+            [self, target](const WindowMover::MoveResult& r, int64_t) {
                 if (r.moved == 0 && r.leftWindowed == 0 && !r.targetLost)
                     self->setStatus("Nothing to move: every window is already on " + target.name);
             },
