@@ -35,6 +35,7 @@ void Controller::start() {
     // The key of an older layout format; nothing reads it any more.
     parts_.platform.defaults.remove("layouts");
     known_ = Displays::byId(displays_);
+    setupKey_ = Displays::configKey(displays_);
 
     std::weak_ptr<Controller> weak = weak_from_this();
     auto handler = [weak](void (*body)(Controller&)) {
@@ -63,6 +64,7 @@ void Controller::setDisplays(std::vector<Display> displays) {
 }
 
 void Controller::screensChanged() {
+    changed(true);
     setDisplays(Displays::all(parts_.platform.screens));
     if (pending_) pending_->cancel();
     pending_.reset();
@@ -76,12 +78,28 @@ void Controller::screensChanged() {
 }
 
 void Controller::settle() {
+    pending_.reset();
     auto now = Displays::all(parts_.platform.screens);
     auto [added, removed] = Displays::diff(known_, now);
     known_ = Displays::byId(now);
     setDisplays(now);
+    setupArrived();
+    // A move still to come keeps the change pending until it is done.
+    changed(moveWork_ != nullptr);
     if (!removed.empty() && added.empty()) disconnected(removed, now);
     if (!added.empty()) connected(added);
+}
+
+void Controller::setupArrived() {
+    auto key = Displays::configKey(displays_);
+    if (key == setupKey_) return;
+    setupKey_ = key;
+    const uint64_t arrival = parts_.layouts.arrived(key);
+    if (arrival == 0) return;
+    auto self = shared_from_this();
+    parts_.platform.dispatch.background(QoS::utility, [self, arrival] {
+        self->parts_.layouts.arrivedWith(arrival, self->parts_.mover.windows());
+    });
 }
 
 void Controller::disconnected(const std::vector<Display>& removed,
@@ -127,6 +145,7 @@ void Controller::connected(const std::vector<Display>& added) {
         // One move per burst: a later connect of the group replaces this one.
         if (moveWork_) moveWork_->cancel();
         auto self = shared_from_this();
+        changed(true);
         moveWork_ = parts_.platform.dispatch.after(settle, [self] { self->moveEverything(); });
         break;
     }
@@ -163,10 +182,16 @@ void Controller::moveAll(const Display& target) {
 }
 
 void Controller::moveEverything() {
-    if (!trusted(false)) return;
+    moveWork_.reset();
+    auto self = shared_from_this();
+    auto done = [self](const WindowMover::MoveResult&, int64_t) {
+        // A later change has its own pending state.
+        if (!self->moveWork_ && !self->pending_) self->changed(false);
+    };
+    if (!trusted(false)) return done({}, 0);
     auto all = Displays::all(parts_.platform.screens);
     auto target = Displays::target(all, parts_.prefs);
-    if (!target) return;
+    if (!target) return done({}, 0);
     parts_.runner.run({
         .windows = std::nullopt,
         .target = *target,
@@ -174,6 +199,7 @@ void Controller::moveEverything() {
         .layout = MoveRunner::LayoutFirst::whenRemembered,
         .reporting = MoveRunner::Reporting::summaryOnly,
         .startText = target->name + " connected \u00b7 moving windows\u2026",
+        .done = done,
     });
 }
 
@@ -230,11 +256,11 @@ void Controller::preview(bool connected) {
 void Controller::autoSnapshot() {
     // One display alone is never saved, so undocking keeps the docked arrangement.
     if (!parts_.prefs.rememberLayouts() || displays_.size() < 2 ||
-        !parts_.platform.trust.isProcessTrusted())
+        !parts_.platform.trust.isProcessTrusted() || changing_)
         return;
     auto self = shared_from_this();
     parts_.platform.dispatch.background(QoS::utility, [self] {
-        auto lines = self->parts_.layouts.save().logLines();
+        auto lines = self->parts_.layouts.save(Layouts::Saving::periodic).logLines();
         if (!lines.empty())
             self->parts_.platform.dispatch.main([self, lines] { self->log(lines); });
     });

@@ -59,6 +59,8 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     void connected(const std::vector<Display>& added);
     void disconnected(const std::vector<Display>& removed, const std::vector<Display>& remaining);
     void moveEverything();
+    void changed(bool pending) { changing_ = pending; }
+    void setupArrived();
     void autoSnapshot();
     void log(const std::vector<std::string>& lines);
     // The Accessibility gate; hand-started commands also open the setup window.
@@ -77,6 +79,10 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     double lastArrival_;
     WorkHandle moveWork_;
     WorkHandle snapshotTimer_;
+    // From a display change until its move or announcement is done: the
+    // windows are on their way and no snapshot may take them for a layout.
+    bool changing_ = false;
+    std::string setupKey_;
 };
 
 } // namespace tarnwick

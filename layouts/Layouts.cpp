@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 #include <list>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 
 namespace tarnwick {
@@ -35,17 +37,77 @@ std::optional<std::string> Layouts::encode(const LayoutStore& store) {
             if (!std::isfinite(w.x) || !std::isfinite(w.y) || !std::isfinite(w.w) ||
                 !std::isfinite(w.h))
                 return std::nullopt;
-            list.push_back({{"bundle", w.bundle},
-                            {"title", w.title},
-                            {"x", jsonNumber(w.x)},
-                            {"y", jsonNumber(w.y)},
-                            {"w", jsonNumber(w.w)},
-                            {"h", jsonNumber(w.h)}});
+            json item{{"bundle", w.bundle},   {"title", w.title},     {"x", jsonNumber(w.x)},
+                      {"y", jsonNumber(w.y)}, {"w", jsonNumber(w.w)}, {"h", jsonNumber(w.h)}};
+            if (w.screen) {
+                const auto& s = *w.screen;
+                if (!std::isfinite(s.x) || !std::isfinite(s.y) || !std::isfinite(s.w) ||
+                    !std::isfinite(s.h))
+                    return std::nullopt;
+                item["screen"] = {{"name", s.name},
+                                  {"x", jsonNumber(s.x)},
+                                  {"y", jsonNumber(s.y)},
+                                  {"w", jsonNumber(s.w)},
+                                  {"h", jsonNumber(s.h)}};
+            }
+            list.push_back(std::move(item));
         }
         doc[key] = std::move(list);
     }
     return dumpCompact(doc);
 }
+
+namespace {
+
+// The screen a window was saved on is an addition: a store without one, or
+// with one this version cannot read, still restores, as frames of the desktop.
+std::optional<SavedScreen> screenOf(const json& window) {
+    auto f = window.find("screen");
+    if (f == window.end() || !f->is_object()) return std::nullopt;
+    const auto& s = *f;
+    auto name = s.find("name");
+    if (name == s.end() || !name->is_string()) return std::nullopt;
+    double v[4];
+    const char* keys[] = {"x", "y", "w", "h"};
+    for (int i = 0; i < 4; ++i) {
+        auto n = s.find(keys[i]);
+        if (n == s.end() || !n->is_number()) return std::nullopt;
+        v[i] = n->get<double>();
+        if (!std::isfinite(v[i])) return std::nullopt;
+    }
+    return SavedScreen{name->get<std::string>(), v[0], v[1], v[2], v[3]};
+}
+
+using Placed = std::tuple<std::string, std::string, double, double, double, double>;
+
+std::set<Placed> placedOf(const std::vector<AXWindow>& windows) {
+    std::set<Placed> out;
+    for (const auto& w : windows) {
+        if (w.fullscreen || !w.frame.isFinite()) continue;
+        out.insert({w.app ? w.app->bundleIdentifier.value_or("") : std::string(),
+                    Layouts::titleDigest(w.title), w.frame.x, w.frame.y, w.frame.w, w.frame.h});
+    }
+    return out;
+}
+
+// Whether a window known at the arrival now stands elsewhere. Windows opened
+// since, or renamed, say nothing about the user's wishes for the old ones.
+bool movedSince(const std::set<Placed>& seen, const std::set<Placed>& now) {
+    std::set<std::pair<std::string, std::string>> known;
+    for (const auto& p : seen)
+        known.insert({std::get<0>(p), std::get<1>(p)});
+    for (const auto& p : now)
+        if (known.count({std::get<0>(p), std::get<1>(p)}) && !seen.count(p)) return true;
+    return false;
+}
+
+bool sameArrangement(const std::vector<Display>& a, const std::vector<Display>& b) {
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(),
+        [](const Display& x, const Display& y) { return x.name == y.name && x.frame == y.frame; });
+}
+
+} // namespace
 
 std::optional<LayoutStore> Layouts::decode(const std::string& text) {
     json doc = json::parse(text, nullptr, false);
@@ -69,7 +131,7 @@ std::optional<LayoutStore> Layouts::decode(const std::string& text) {
             if (!bundle || !title || !x || !y || !width || !height) return std::nullopt;
             windows.push_back({bundle->get<std::string>(), title->get<std::string>(),
                                x->get<double>(), y->get<double>(), width->get<double>(),
-                               height->get<double>()});
+                               height->get<double>(), screenOf(w)});
         }
     }
     return store;
@@ -82,15 +144,19 @@ LayoutStore Layouts::load() {
     return decode(std::string(bytes.begin(), bytes.end())).value_or(LayoutStore{});
 }
 
-Layouts::SaveResult Layouts::save() {
+Layouts::SaveResult Layouts::save(Saving how) {
     uint64_t ticket;
     {
         std::lock_guard lock(mutex_);
         ticket = ++nextTicket_;
     }
+    // The setup is read before the windows: a snapshot that straddles a
+    // display change would file one setup's frames under the other's key.
+    const auto displays = Displays::all(screens_);
     SaveResult result;
     std::vector<SavedWindow> saved;
-    for (const auto& w : mover_.windows()) {
+    const auto windows = mover_.windows();
+    for (const auto& w : windows) {
         if (w.fullscreen) continue;
         // An application may report any frame; one that is not a number
         // could neither be stored nor put back, and must not cost the others.
@@ -98,13 +164,30 @@ Layouts::SaveResult Layouts::save() {
             ++result.leftOut;
             continue;
         }
+        std::optional<SavedScreen> screen;
+        if (auto d = Displays::containing(w.frame, displays))
+            screen = SavedScreen{Displays::configKey({*d}), d->frame.x, d->frame.y, d->frame.w,
+                                 d->frame.h};
         saved.push_back({w.app->bundleIdentifier.value_or(""), titleDigest(w.title), w.frame.x,
-                         w.frame.y, w.frame.w, w.frame.h});
+                         w.frame.y, w.frame.w, w.frame.h, std::move(screen)});
     }
     // No platform call below may block the virtual clock's threads: the lock
     // is held only over reads and one write.
     std::lock_guard lock(mutex_);
-    const auto key = Displays::configKey(Displays::all(screens_));
+    if (!sameArrangement(displays, Displays::all(screens_))) {
+        result.stored = false;
+        result.setupChanged = true;
+        return result;
+    }
+    const auto key = Displays::configKey(displays);
+    if (how == Saving::periodic && hold_ && hold_->key == key) {
+        if (!hold_->seen || !movedSince(*hold_->seen, placedOf(windows))) {
+            result.stored = false;
+            result.held = true;
+            return result;
+        }
+        hold_.reset(); // the user has arranged this setup anew
+    }
     auto& written = writtenTicket_[key];
     if (written > ticket) return result; // a later snapshot of this setup is already stored
     auto store = load();
@@ -125,8 +208,27 @@ std::vector<std::string> Layouts::SaveResult::logLines() const {
     if (leftOut > 0)
         lines.push_back("Layout saved without " + std::to_string(leftOut) +
                         (leftOut == 1 ? " window" : " windows") + " whose frame is not a number");
-    if (!stored) lines.push_back("Layout not saved: the layouts could not be written as JSON");
+    if (setupChanged)
+        lines.push_back("Layout not saved: the displays changed while windows were listed");
+    else if (!stored && !held)
+        lines.push_back("Layout not saved: the layouts could not be written as JSON");
     return lines;
+}
+
+uint64_t Layouts::arrived(const std::string& key) {
+    std::lock_guard lock(mutex_);
+    if (!load().count(key)) {
+        hold_.reset();
+        return 0;
+    }
+    hold_ = Hold{++arrivals_, key, std::nullopt};
+    return hold_->arrival;
+}
+
+void Layouts::arrivedWith(uint64_t arrival, const std::vector<AXWindow>& windows) {
+    auto seen = placedOf(windows); // digests outside the lock
+    std::lock_guard lock(mutex_);
+    if (hold_ && hold_->arrival == arrival) hold_->seen = std::move(seen);
 }
 
 RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
@@ -135,6 +237,10 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
     auto store = load();
     auto entry = store.find(key);
     if (entry == store.end()) return {0, windows};
+    {
+        std::lock_guard lock(mutex_);
+        if (hold_ && hold_->key == key) hold_.reset(); // put back: snapshots may follow it again
+    }
 
     // Each application's records, in saved order; a record is used up once it places a window.
     std::unordered_map<std::string, std::list<const SavedWindow*>> byBundle;
@@ -158,6 +264,16 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
     RestoreResult result;
     auto apply = [&](const AXWindow& w, const SavedWindow& s) {
         Rect f{s.x, s.y, s.w, s.h};
+        // Relative to the display it was saved on, wherever that display
+        // stands now: another primary or a monitor moved to the other side
+        // moves the desktop's origin, not the windows on the monitor.
+        if (s.screen)
+            for (const auto& d : displays)
+                if (Displays::configKey({d}) == s.screen->name) {
+                    f.x += d.frame.x - s.screen->x;
+                    f.y += d.frame.y - s.screen->y;
+                    break;
+                }
         if (!placeable(f)) {
             result.unmatched.push_back(w);
             return;

@@ -7,16 +7,30 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace tarnwick {
 
+// The display a saved window stood on: its identity in the setup's key
+// ("name@WxH") and where it stood in the desktop when the layout was saved.
+struct SavedScreen {
+    std::string name;
+    double x = 0, y = 0, w = 0, h = 0;
+    bool operator==(const SavedScreen&) const = default;
+};
+
 // One window of a saved layout. The title is kept only as its SHA-256 digest.
+// Layouts stored before displays were remembered have no screen: their frames
+// are put back as they were written.
 struct SavedWindow {
     std::string bundle;
     std::string title;
     double x = 0, y = 0, w = 0, h = 0;
+    std::optional<SavedScreen> screen;
     bool operator==(const SavedWindow&) const = default;
 };
 
@@ -38,15 +52,29 @@ class Layouts {
         , screens_(screens)
         , mover_(mover) {}
 
+    // The periodic snapshot defers to a layout that is waiting to be put
+    // back; a save by hand always writes.
+    enum class Saving { byHand, periodic };
+
     struct SaveResult {
-        bool stored = true;  // false: the store was left as it was
-        int64_t leftOut = 0; // windows whose frame could not be kept
+        bool stored = true;        // false: the store was left as it was
+        int64_t leftOut = 0;       // windows whose frame could not be kept
+        bool setupChanged = false; // the displays changed while windows were listed
+        bool held = false;         // a periodic snapshot left a held layout alone
         // What the log says of this save, since the status always reads as saved.
         std::vector<std::string> logLines() const;
     };
-    SaveResult save();
+    SaveResult save(Saving how = Saving::byHand);
     LayoutStore load();
     RestoreResult restore(const std::vector<AXWindow>& windows);
+
+    // A display setup has just arrived. When it has a saved layout, periodic
+    // snapshots leave that layout alone until a restore of the setup has run
+    // or the user has moved a window since the arrival. Main thread; returns
+    // the arrival's number for `arrivedWith`, 0 when nothing is held.
+    uint64_t arrived(const std::string& key);
+    // The arrangement at the arrival, listed off the main thread.
+    void arrivedWith(uint64_t arrival, const std::vector<AXWindow>& windows);
 
     // 64 lowercase hexadecimal digits of SHA-256 over the UTF-8 bytes.
     static std::string titleDigest(const std::string& title);
@@ -64,6 +92,14 @@ class Layouts {
     std::mutex mutex_;
     uint64_t nextTicket_ = 0;
     std::map<std::string, uint64_t> writtenTicket_;
+    using Placed = std::tuple<std::string, std::string, double, double, double, double>;
+    struct Hold {
+        uint64_t arrival = 0;
+        std::string key;
+        std::optional<std::set<Placed>> seen; // until listed, nothing can tell a move
+    };
+    std::optional<Hold> hold_;
+    uint64_t arrivals_ = 0;
 };
 
 } // namespace tarnwick

@@ -1,11 +1,23 @@
 #include "windows/WindowMover.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <set>
 #include <unordered_set>
 
 namespace tarnwick {
+
+namespace {
+
+// Each value to its nearest whole point. Rounding outwards instead grows a
+// window by a point each way whenever its new origin falls between points,
+// and again on every move; a whole size stays exactly as it is.
+Rect nearestWhole(const Rect& r) {
+    return {std::round(r.x), std::round(r.y), std::round(r.w), std::round(r.h)};
+}
+
+} // namespace
 
 template <>
 std::optional<std::string> WindowMover::attr(const AXElement& el, const std::string& name) {
@@ -190,16 +202,16 @@ std::optional<Rect> WindowMover::landing(const Rect& w, const Rect& source, cons
         return r.isFinite() && r.w >= 1 && r.h >= 1 && intersect(r, dest).area() > 0;
     };
     if (placement == Placement::fill) {
-        const Rect frame = integral(dest);
+        const Rect frame = nearestWhole(dest);
         return sensible(frame) ? std::optional(frame) : std::nullopt;
     }
     // Only a window that has a size can keep it or have it scaled.
     if (!Displays::hasArea(w)) return std::nullopt;
-    Rect frame = integral(place(w, source, dest, placement));
+    Rect frame = nearestWhole(place(w, source, dest, placement));
     if (sensible(frame)) return frame;
     // Keeping the size needs nothing of the source's proportions.
     if (placement != Placement::keepSize) {
-        frame = integral(place(w, source, dest, Placement::keepSize));
+        frame = nearestWhole(place(w, source, dest, Placement::keepSize));
         if (sensible(frame)) return frame;
     }
     return std::nullopt;
@@ -246,7 +258,10 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
         if (on && on->id == to.id) continue;
         if (!prefs_.moveFullscreen()) continue;
         if (!setFullscreen(w.el, false)) continue;
-        if (auto frame = readFrame(w.el)) {
+        // Leaving full screen takes about a second, long enough for the
+        // destination to go; the window then goes back where it was.
+        const bool lost = !destinationPresent(to.id);
+        if (auto frame = lost ? std::nullopt : readFrame(w.el)) {
             auto from = Displays::containing(*frame, in).value_or(*source);
             if (auto landed = landing(*frame, from.visible, to.visible, placement)) {
                 setFrame(w.el, *landed);
@@ -254,6 +269,10 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
             }
         }
         if (!setFullscreen(w.el, true) && !setFullscreen(w.el, true)) ++result.leftWindowed;
+        if (lost) {
+            result.targetLost = true;
+            return result;
+        }
     }
     return result;
 }

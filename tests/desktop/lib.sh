@@ -159,11 +159,12 @@ inside() {
 }
 
 # placed RULE "SRC" "DST" "FRAME": where RULE puts FRAME moving from the
-# usable area SRC to DST, each "X Y W H", rounded outwards to whole pixels.
+# usable area SRC to DST, each "X Y W H", each value rounded to the nearest
+# whole pixel.
 placed() {
     awk -v rule="$1" -v s="$2" -v t="$3" -v f="$4" '
         function floor(v) { return v == int(v) ? v : (v < 0 ? int(v) - 1 : int(v)) }
-        function ceil(v) { return -floor(-v) }
+        function nearest(v) { return v < 0 ? -floor(-v + 0.5) : floor(v + 0.5) }
         function clamp(v) { return v < 0 ? 0 : (v > 1 ? 1 : v) }
         BEGIN {
             split(s, S, " "); split(t, T, " "); split(f, W, " ")
@@ -180,8 +181,7 @@ placed() {
             } else {
                 x = T[1]; y = T[2]; w = T[3]; h = T[4]
             }
-            x0 = floor(x); y0 = floor(y)
-            print x0, y0, ceil(x + w) - x0, ceil(y + h) - y0
+            print nearest(x), nearest(y), nearest(w), nearest(h)
         }'
 }
 

@@ -54,9 +54,13 @@ struct World : tarnwick::sim::SimEngine {
     }
 };
 
-SavedWindow saved(const std::string& bundle, const std::string& title, Rect f) {
-    return {bundle, Layouts::titleDigest(title), f.x, f.y, f.w, f.h};
+SavedWindow saved(const std::string& bundle, const std::string& title, Rect f,
+                  std::optional<SavedScreen> screen = std::nullopt) {
+    return {bundle, Layouts::titleDigest(title), f.x, f.y, f.w, f.h, std::move(screen)};
 }
+
+const SavedScreen builtin{"Built-in@1440x900", 0, 0, 1440, 900};
+const SavedScreen desk{"Desk@2560x1440", 1440, 0, 2560, 1440};
 
 std::vector<std::string> titles(const std::vector<AXWindow>& list) {
     std::vector<std::string> out;
@@ -112,6 +116,59 @@ TEST(Layouts, EncodeAndDecode) {
         EXPECT_FALSE(Layouts::decode(bad)) << bad;
 }
 
+// Each window keeps the display it stood on, an addition older stores lack
+// and older versions let be; one this version cannot read is as if absent.
+TEST(Layouts, TheSavedScreenIsAnOptionalField) {
+    const LayoutStore store{{"k", {saved("b", "t", {1, 2, 3, 4}, desk), saved("b", "u", {})}}};
+    const auto text = Layouts::encode(store);
+    ASSERT_TRUE(text);
+    EXPECT_NE(text->find(R"("screen":{"h":1440,"name":"Desk@2560x1440","w":2560,"x":1440,"y":0})"),
+              std::string::npos)
+        << *text;
+    EXPECT_EQ(Layouts::decode(*text), store);
+
+    const std::string plain = R"("bundle":"b","title":"t","x":1,"y":2,"w":3,"h":4)";
+    for (const std::string& screen :
+         {std::string(R"(,"screen":[1])"), std::string(R"(,"screen":{"x":1,"y":2,"w":3,"h":4})"),
+          std::string(R"(,"screen":{"name":"D","x":1,"y":2,"w":3})"),
+          std::string(R"(,"screen":{"name":"D","x":1,"y":2,"w":3,"h":"4"})")})
+        EXPECT_EQ(Layouts::decode("{\"k\":[{" + plain + screen + "}]}"),
+                  (LayoutStore{{"k", {{"b", "t", 1, 2, 3, 4}}}}))
+            << screen;
+    EXPECT_FALSE(Layouts::encode(
+        {{"k",
+          {saved("b", "t", {}, SavedScreen{"D", std::numeric_limits<double>::quiet_NaN()})}}}));
+}
+
+// The same monitors in another arrangement give the same setup key: a window
+// comes back to its place on the monitor it was saved on, wherever that
+// monitor now stands, while frames from an older store are taken as they are.
+TEST(Layouts, RestoreFollowsTheMonitorItWasSavedOn) {
+    World w; // saved with the panel at the origin and the desk to its right
+    w.window(10, "OnDesk", {0, 25, 300, 300});
+    w.window(10, "OnPanel", {0, 25, 300, 300});
+    w.window(11, "Old", {0, 25, 300, 300});
+    w.window(11, "Across", {0, 25, 300, 300});
+    w.store({{w.key,
+              {saved("com.example.notes", "OnDesk", {1500, 100, 800, 600}, desk),
+               saved("com.example.notes", "OnPanel", {50, 60, 700, 500}, builtin),
+               saved("com.example.mail", "Old", {1600, 200, 500, 400}),
+               // Saved across both, mostly on the desk: it follows the desk.
+               saved("com.example.mail", "Across", {1340, 300, 600, 400}, desk)}}});
+    // The desk becomes primary with the panel on its left, lower down.
+    w.desk.unplug(1);
+    w.desk.addScreen({2, "Desk", {0, 0, 2560, 1440}, {0, 0, 2560, 1415}});
+    w.desk.addScreen({1, "Built-in", {-1440, 0, 1440, 900}, {-1440, 0, 1440, 875}, true});
+    ASSERT_EQ(Displays::configKey(Displays::all(w.desk)), w.key);
+
+    auto r = w.restore(w.windows());
+    EXPECT_EQ(r.restored, 4);
+    EXPECT_EQ(w.frameOf(10, "OnDesk"), (Rect{60, 100, 800, 600}));
+    EXPECT_EQ(w.frameOf(10, "OnPanel"), (Rect{-1390, 600, 700, 500}));
+    EXPECT_EQ(w.frameOf(11, "Old"), (Rect{1600, 200, 500, 400}));
+    EXPECT_EQ(w.frameOf(11, "Across"), (Rect{-100, 300, 600, 400}));
+}
+
 TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
     World w;
     EXPECT_TRUE(w.layouts.load().empty());
@@ -123,8 +180,8 @@ TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
 
     w.save();
     const std::vector<SavedWindow> first{
-        saved("com.example.notes", "Groceries", {100, 125, 800, 600}),
-        saved("com.example.mail", "Inbox", {1600, 100, 800, 600})};
+        saved("com.example.notes", "Groceries", {100, 125, 800, 600}, builtin),
+        saved("com.example.mail", "Inbox", {1600, 100, 800, 600}, desk)};
     EXPECT_EQ(w.layouts.load(), (LayoutStore{{"Old@1x1", old}, {w.key, first}}));
 
     w.desk.moveByHand(*w.desk.findWindow(10, "Groceries"), {10.5, 30, 700, 500});
@@ -132,8 +189,9 @@ TEST(Layouts, SaveReplacesTheCurrentSetupOnly) {
     w.save();
     EXPECT_EQ(
         w.layouts.load(),
-        (LayoutStore{{"Old@1x1", old},
-                     {w.key, {saved("com.example.notes", "Groceries", {10.5, 30, 700, 500})}}}));
+        (LayoutStore{
+            {"Old@1x1", old},
+            {w.key, {saved("com.example.notes", "Groceries", {10.5, 30, 700, 500}, builtin)}}}));
 
     // A frame that is not a number is left out; the rest of the snapshot is
     // stored all the same, and the log says what was left out.

@@ -104,11 +104,11 @@ class HalfAnswering : public WindowAccess {
 TEST(WindowMover, PlaceKeepSize) {
     struct Case {
         const char* what;
-        Rect window, source, dest, want; // `want` after rounding
+        Rect window, source, dest, want; // `want` as written
     };
     const Rect L = laptopVisible, D = deskVisible, big{0, 0, 3000, 2000};
     const std::vector<Case> cases{
-        {"worked example", {100, 125, 800, 600}, L, D, {1715, 321, 800, 601}},
+        {"worked example", {100, 125, 800, 600}, L, D, {1715, 321, 800, 600}},
         {"flush top-left", {0, 25, 800, 600}, L, D, {1440, 25, 800, 600}},
         {"flush bottom-right", {640, 300, 800, 600}, L, D, {3200, 840, 800, 600}},
         {"sticking out: pulled inside", {1000, -300, 800, 600}, L, D, {3200, 25, 800, 600}},
@@ -118,8 +118,7 @@ TEST(WindowMover, PlaceKeepSize) {
         {"half a point of room: 1", {0.25, 25, 1439.5, 600}, L, D, {1720, 25, 1440, 600}},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(integral(WindowMover::place(c.window, c.source, c.dest, Placement::keepSize)),
-                  c.want)
+        EXPECT_EQ(WindowMover::landing(c.window, c.source, c.dest, Placement::keepSize), c.want)
             << c.what;
 }
 
@@ -164,7 +163,7 @@ TEST(WindowMover, LandingIsAlwaysADrawableFrameOnTheDestination) {
          {100, 125, 800, 600},
          {0, 25, 0, 875},
          Placement::scale,
-         Rect{3200, 321, 800, 601}},
+         Rect{3200, 321, 800, 600}},
         {"coordinates near the largest double",
          {1e308, 1e308, 800, 600},
          L,
@@ -201,6 +200,51 @@ TEST(WindowMover, LandingIsAlwaysADrawableFrameOnTheDestination) {
         for (auto placement : {Placement::keepSize, Placement::scale, Placement::fill})
             EXPECT_EQ(WindowMover::landing({0, 25, 800, 600}, L, thin, placement), std::nullopt)
                 << thin.y << " " << thin.h;
+}
+
+// Whole points by the nearest, never outwards: a window moved from a usable
+// area whose proportions put it between points must not grow on every move.
+TEST(WindowMover, LandingRoundsToTheNearestPointAndKeepsTheSize) {
+    const Rect S{0, 25, 1440, 875}, T{1440, 0, 1920, 1080};
+    struct Case {
+        const char* what;
+        Rect window;
+        Placement placement;
+        Rect want;
+    };
+    const std::vector<Case> cases{
+        // Room 840 x 275 on S, 1320 x 480 on T: 100/840 of 1320 is 157.14.
+        {"keep size, origin down",
+         {100, 125, 600, 600},
+         Placement::keepSize,
+         {1597, 175, 600, 600}},
+        // 200/840 of 1320 is 314.29; 150/275 of 480 is 261.82.
+        {"keep size, origin up", {200, 175, 600, 600}, Placement::keepSize, {1754, 262, 600, 600}},
+        // Half of the 481 points of room is 240.5.
+        {"keep size, half a point rounds up",
+         {0.5, 25, 1439, 600},
+         Placement::keepSize,
+         {1681, 0, 1439, 600}},
+        // 1920/1440 and 1080/875: 100 x 125 from the corner is 133.33 x 154.29
+        // away, 800 x 600 becomes 1066.67 x 740.57.
+        {"scale", {100, 150, 800, 600}, Placement::scale, {1573, 154, 1067, 741}},
+        {"fill a fractional area", {0, 0, 1, 1}, Placement::fill, {1440, 0, 1920, 1080}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(WindowMover::landing(c.window, S, T, c.placement), c.want) << c.what;
+    EXPECT_EQ(WindowMover::landing({0, 0, 1, 1}, S, {10.4, 20.6, 99.5, 50.2}, Placement::fill),
+              (Rect{10, 21, 100, 50}));
+
+    // There and back, again and again: the size never changes and, starting
+    // on the display with less room, nor does the place.
+    Rect w{123, 77, 602, 425};
+    for (int trip = 0; trip < 11; ++trip) {
+        w = WindowMover::landing(w, S, T, Placement::keepSize).value();
+        EXPECT_EQ(w.w, 602);
+        EXPECT_EQ(w.h, 425);
+        w = WindowMover::landing(w, T, S, Placement::keepSize).value();
+    }
+    EXPECT_EQ(w, (Rect{123, 77, 602, 425}));
 }
 
 TEST(WindowMover, Summary) {
@@ -357,6 +401,32 @@ TEST(WindowMover, MoveAllStopsWhenTheDestinationGoes) {
               "Moved 1 window to Desk \u00b7 stopped because the display was disconnected");
 }
 
+// Leaving full screen takes the better part of a second; a destination that
+// goes meanwhile gets no frame, and the window is put back as it was.
+TEST(WindowMover, AFullScreenWindowIsNotWrittenAfterItsDestinationWent) {
+    World w;
+    auto displays = w.laptopAndDesk();
+    w.app(10, "Keynote", "com.example.keynote");
+    w.window({.pid = 10, .title = "Talk", .frame = {0, 0, 1440, 900}, .fullscreen = true});
+    w.window({.pid = 10, .title = "Notes", .frame = {100, 125, 800, 600}});
+    const auto list = w.windows();
+    ASSERT_EQ(list.size(), 2u);
+
+    WindowMover::MoveResult r;
+    w.blocking([&] {
+        r = w.mover.moveAll(displays[1], displays, Placement::keepSize, list,
+                            [&](int64_t done, int64_t, const std::string&) {
+                                if (done == 1) w.dispatch.after(0.5, [&] { w.desk.unplug(2); });
+                            });
+    });
+    EXPECT_EQ(r.summary("Desk"),
+              "Moved 0 windows to Desk \u00b7 stopped because the display was disconnected");
+    EXPECT_EQ(w.desk.findWindow(10, "Talk")->frame, (Rect{0, 0, 1440, 900}));
+    EXPECT_TRUE(w.desk.findWindow(10, "Talk")->fullscreen);
+    EXPECT_EQ(w.desk.findWindow(10, "Notes")->frame, (Rect{100, 125, 800, 600}));
+    EXPECT_EQ(w.transcript.text().find("frame 10"), std::string::npos) << w.transcript.text();
+}
+
 TEST(WindowMover, MoveAllPlacesWindowsAndSkipsThoseAlreadyThere) {
     for (auto placement : {Placement::keepSize, Placement::fill}) {
         World w;
@@ -386,7 +456,7 @@ TEST(WindowMover, MoveAllPlacesWindowsAndSkipsThoseAlreadyThere) {
         EXPECT_EQ(r.moved, fill ? 3 : 2);
         EXPECT_FALSE(r.targetLost);
         EXPECT_EQ(w.desk.findWindow(10, "Inbox")->frame,
-                  (fill ? deskVisible : Rect{1715, 321, 800, 601}));
+                  (fill ? deskVisible : Rect{1715, 321, 800, 600}));
         // Off every display it is on none, so it moves, from the nearest one.
         EXPECT_EQ(w.desk.findWindow(11, "Lost")->frame,
                   (fill ? deskVisible : Rect{1440, 25, 300, 300}));
