@@ -174,7 +174,7 @@ void Controller::moveAll(const Display& target) {
         .target = target,
         .all = Displays::all(parts_.platform.screens),
         .done =
-            [self, target](const WindowMover::MoveResult& r) {
+            [self, target](const WindowMover::MoveResult& r, int64_t) {
                 if (r.moved == 0 && r.leftWindowed == 0 && !r.targetLost)
                     self->setStatus("Nothing to move: every window is already on " + target.name);
             },
@@ -184,14 +184,14 @@ void Controller::moveAll(const Display& target) {
 void Controller::moveEverything() {
     moveWork_.reset();
     auto self = shared_from_this();
-    auto done = [self](const WindowMover::MoveResult&) {
+    auto done = [self](const WindowMover::MoveResult&, int64_t) {
         // A later change has its own pending state.
         if (!self->moveWork_ && !self->pending_) self->changed(false);
     };
-    if (!trusted(false)) return done({});
+    if (!trusted(false)) return done({}, 0);
     auto all = Displays::all(parts_.platform.screens);
     auto target = Displays::target(all, parts_.prefs);
-    if (!target) return done({});
+    if (!target) return done({}, 0);
     parts_.runner.run({
         .windows = std::nullopt,
         .target = *target,

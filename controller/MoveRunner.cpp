@@ -27,12 +27,17 @@ void MoveRunner::run(Job job) {
             };
         auto result = s->mover.moveAll(job.target, job.all, s->prefs.placement(), windows, report);
         s->dispatch.main([s, result, restored, name = job.target.name, done = std::move(job.done)] {
-            auto text = result.summary(name);
-            if (restored >= 1) text += " \u00b7 restored " + std::to_string(restored);
-            s->status.set(text);
-            if (done) done(result);
+            s->status.set(summary(result, name, restored));
+            if (done) done(result, restored);
         });
     });
+}
+
+std::string MoveRunner::summary(const WindowMover::MoveResult& result, const std::string& to,
+                                int64_t restored) {
+    auto text = result.summary(to);
+    if (restored >= 1) text += " \u00b7 restored " + std::to_string(restored);
+    return text;
 }
 
 } // namespace tarnwick

@@ -22,7 +22,8 @@ namespace tarnwick {
 class MoveRunner {
   public:
     using Progress = std::function<void(int64_t index, int64_t count, const std::string& app)>;
-    using Done = std::function<void(const WindowMover::MoveResult&)>;
+    // `restored`: windows put back to the setup's saved layout before the move.
+    using Done = std::function<void(const WindowMover::MoveResult&, int64_t restored)>;
 
     // Whether the setup's saved arrangement is put back before anything moves.
     enum class LayoutFirst { skip, whenRemembered };
@@ -46,6 +47,11 @@ class MoveRunner {
         : state_(std::make_shared<State>(State{dispatch, status, prefs, mover, layouts})) {}
 
     void run(Job job);
+
+    // The line a finished move reads as: the move's summary, then how many
+    // windows went back to their saved places, if any.
+    static std::string summary(const WindowMover::MoveResult& result, const std::string& to,
+                               int64_t restored);
 
   private:
     struct State {

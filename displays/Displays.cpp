@@ -141,6 +141,26 @@ std::optional<Display> containing(const Rect& rect, const std::vector<Display>& 
     return *best;
 }
 
+std::optional<Display> nearest(const Rect& rect, const std::vector<Display>& displays) {
+    if (!rect.isFinite()) return std::nullopt;
+    if (auto on = containing(rect, displays)) return on;
+    const Display* best = nullptr;
+    double bestGap = 0;
+    for (const auto& d : displays) {
+        // The gap between the two rectangles, zero along an axis where they overlap.
+        const double dx =
+            std::max({0.0, d.frame.minX() - rect.maxX(), rect.minX() - d.frame.maxX()});
+        const double dy =
+            std::max({0.0, d.frame.minY() - rect.maxY(), rect.minY() - d.frame.maxY()});
+        const double gap = dx * dx + dy * dy;
+        if (!best || gap < bestGap) {
+            best = &d;
+            bestGap = gap;
+        }
+    }
+    return best ? std::optional(*best) : std::nullopt;
+}
+
 DisplayMap byId(const std::vector<Display>& displays) {
     DisplayMap m;
     for (const auto& d : displays)

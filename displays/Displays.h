@@ -48,6 +48,9 @@ std::optional<Display> target(const std::vector<Display>& displays,
 std::string configKey(const std::vector<Display>& displays);
 DisplayDiff diff(const DisplayMap& old, const std::vector<Display>& now);
 std::optional<Display> containing(const Rect& rect, const std::vector<Display>& displays);
+// The display a rectangle is on, else the one closest to it (ties: the
+// earliest); nullopt only without displays or for a rectangle that is not finite.
+std::optional<Display> nearest(const Rect& rect, const std::vector<Display>& displays);
 DisplayMap byId(const std::vector<Display>& displays);
 // The screen's size as the surfaces write it: whole points, "2560 × 1440".
 std::string sizeText(const Display& display);

@@ -169,6 +169,8 @@ void Island::move(const std::shared_ptr<IslandModel>& m, Selection which) {
         .windows = std::move(windows),
         .target = target,
         .all = Displays::all(parts.platform.screens),
+        // Only the chosen windows: the layout may cover others the user left unticked.
+        .layout = MoveRunner::LayoutFirst::whenRemembered,
         .progress =
             [model](int64_t i, int64_t n, const std::string& app) {
                 auto m = model.lock();
@@ -181,12 +183,14 @@ void Island::move(const std::shared_ptr<IslandModel>& m, Selection which) {
                 });
             },
         .done =
-            [weak, model, name](const WindowMover::MoveResult& r) {
+            [weak, model, name](const WindowMover::MoveResult& r, int64_t restored) {
                 auto m = model.lock();
                 auto s = weak.lock();
                 if (!m || !s) return;
                 const bool ok = r.leftWindowed == 0 && !r.targetLost;
-                m->animated(spring(), [&] { m->setPhase(IslandModel::Done{r.summary(name), ok}); });
+                m->animated(spring(), [&] {
+                    m->setPhase(IslandModel::Done{MoveRunner::summary(r, name, restored), ok});
+                });
                 s->parts.platform.dispatch.after(ok ? closeAfterDone : closeAfterFailure,
                                                  [weak, m] {
                                                      if (isCurrent(weak, m))

@@ -55,15 +55,17 @@ void IslandModel::rebuild() {
     int64_t there = 0;
     for (const auto& w : windows_) {
         auto on = Displays::containing(w.frame, displays_);
-        if (!on) continue; // off every screen: neither offered nor counted
-        if (on->id == target_.id) {
+        if (on && on->id == target_.id) {
             ++there;
             continue;
         }
+        // A window off every screen is on none of them: offered, and ticked,
+        // since the user cannot reach it any other way.
+        const bool ticked = !on || target_.isBuiltin || on->isBuiltin;
         // The id carries the destination, so a view keyed by it starts afresh
         // when the destination changes.
-        items.push_back({std::to_string(target_.id) + "-" + std::to_string(items.size()), w,
-                         target_.isBuiltin || on->isBuiltin});
+        items.push_back(
+            {std::to_string(target_.id) + "-" + std::to_string(items.size()), w, ticked});
     }
     std::stable_partition(items.begin(), items.end(), [](const Item& i) { return i.selected; });
     items_ = std::move(items);

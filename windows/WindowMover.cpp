@@ -239,17 +239,23 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
             return result;
         }
         if (progress) progress(i + 1, total, w.app ? w.app->localizedName.value_or("") : "");
-        auto source = Displays::containing(w.frame, in);
+        // A window on no display is on none of them, the target included, so
+        // every move takes it: placed as if from the display nearest to it,
+        // keeping its size, as where it stands off that display says nothing
+        // a scale could use.
+        const auto on = Displays::containing(w.frame, in);
+        const auto source = on ? on : Displays::nearest(w.frame, in);
         if (!source) continue;
+        const Placement rule = on || placement == Placement::fill ? placement : Placement::keepSize;
         if (!w.fullscreen) {
-            if (source->id == to.id && placement != Placement::fill) continue;
-            auto frame = landing(w.frame, source->visible, to.visible, placement);
+            if (on && on->id == to.id && placement != Placement::fill) continue;
+            auto frame = landing(w.frame, source->visible, to.visible, rule);
             if (!frame) continue;
             setFrame(w.el, *frame);
             ++result.moved;
             continue;
         }
-        if (source->id == to.id) continue;
+        if (on && on->id == to.id) continue;
         if (!prefs_.moveFullscreen()) continue;
         if (!setFullscreen(w.el, false)) continue;
         // Leaving full screen takes about a second, long enough for the

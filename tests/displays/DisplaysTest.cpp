@@ -197,6 +197,32 @@ TEST(Displays, Containing) {
     EXPECT_EQ(Displays::containing({1500, 10, 10, 10}, both)->id, 2u);
 }
 
+// A window stranded off every display is placed from the closest one.
+TEST(Displays, NearestIsTheDisplayItIsOnElseTheClosest) {
+    const auto a = disp(1, "A", {0, 0, 1000, 800});
+    const auto b = disp(2, "B", {1000, 0, 1000, 800});
+    const std::vector<Display> both{a, b};
+    struct Case {
+        const char* what;
+        Rect rect;
+        std::optional<uint32_t> want;
+    };
+    const std::vector<Case> cases{
+        {"on B", {1200, 100, 100, 100}, 2},
+        {"right of B", {2500, 100, 100, 100}, 2},
+        {"below A, by the corner", {-300, 900, 100, 100}, 1},
+        {"above the seam, nearer B", {1100, -500, 100, 100}, 2},
+        {"above the seam, straddling it: earliest", {950, -500, 100, 100}, 1},
+        {"beyond B diagonally", {2100, 1000, 10, 10}, 2},
+        {"not finite", {NAN, 0, 10, 10}, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        auto d = Displays::nearest(c.rect, both);
+        EXPECT_EQ(d ? std::optional(d->id) : std::nullopt, c.want) << c.what;
+    }
+    EXPECT_FALSE(Displays::nearest({0, 0, 10, 10}, {}));
+}
+
 // The island and the settings window show the same text for a display's size;
 // a size far beyond any integer type must still read, not overflow.
 TEST(Displays, SizeTextIsWholePoints) {

@@ -55,11 +55,14 @@ TEST(IslandModel, EverythingIsTickedOnTheWayBackToTheBuiltinScreen) {
     EXPECT_EQ(m->alreadyThere(), 1);
 }
 
-TEST(IslandModel, WindowsOffEveryScreenAreNeitherOfferedNorCountedAndTiesGoToTheFirstDisplay) {
-    auto m = chooser(monitorA, {window("lost", {-5000, -5000, 300, 200}),
+TEST(IslandModel, AWindowOffEveryScreenIsOnNoneOfThemAndTiesGoToTheFirstDisplay) {
+    auto m = chooser(monitorA, {on(monitorB, "b1"), window("lost", {-5000, -5000, 300, 200}),
                                 // Half on the laptop, half on A: the laptop comes first.
-                                window("split", {1240, 100, 400, 300})});
-    EXPECT_EQ(shown(*m), (std::vector<std::string>{"2-0 split ticked"}));
+                                window("split", {1240, 100, 400, 300}),
+                                // Beside A, off every screen: not already there.
+                                window("beside", {1440, 1200, 400, 300})});
+    EXPECT_EQ(shown(*m), (std::vector<std::string>{"2-1 lost ticked", "2-2 split ticked",
+                                                   "2-3 beside ticked", "2-0 b1"}));
     EXPECT_EQ(m->alreadyThere(), 0);
 
     auto empty = chooser(monitorA, {});
