@@ -111,6 +111,29 @@ void Controller::disconnected(const std::vector<Display>& removed,
         parts_.island.announce(removed, Link::disconnected, remaining);
     else
         parts_.island.close(Closing::immediately);
+    rescue();
+}
+
+void Controller::rescue() {
+    // A move of ours places its windows itself, and one the disconnect cut
+    // short has put back what it had not finished.
+    if (parts_.runner.running() || moveWork_ || !parts_.platform.trust.isProcessTrusted()) return;
+    auto all = Displays::all(parts_.platform.screens);
+    if (all.empty()) return;
+    auto self = shared_from_this();
+    // The announcement is already up: this takes a moment, well within the
+    // time it shows. No snapshot takes the windows it is still placing.
+    changed(true);
+    parts_.platform.dispatch.background(QoS::userInitiated, [self, all] {
+        auto& mover = self->parts_.mover;
+        for (const auto& w : mover.windows()) {
+            if (w.fullscreen || Displays::reachable(w.frame, all)) continue;
+            if (auto to = Displays::rescued(w.frame, all)) mover.setFrame(w.el, *to);
+        }
+        self->parts_.platform.dispatch.main([self] {
+            if (!self->moveWork_ && !self->pending_) self->changed(false);
+        });
+    });
 }
 
 void Controller::connected(const std::vector<Display>& added) {

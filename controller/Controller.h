@@ -59,6 +59,7 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     void connected(const std::vector<Display>& added);
     void disconnected(const std::vector<Display>& removed, const std::vector<Display>& remaining);
     void moveEverything();
+    void rescue();
     void changed(bool pending) { changing_ = pending; }
     void setupArrived();
     void autoSnapshot();

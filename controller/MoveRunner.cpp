@@ -4,6 +4,7 @@ namespace tarnwick {
 
 void MoveRunner::run(Job job) {
     auto s = state_;
+    ++s->running;
     s->status.set(job.startText.empty() ? "Moving windows to " + job.target.name + "\u2026"
                                         : job.startText);
     s->dispatch.background(QoS::userInitiated, [s, job = std::move(job)]() mutable {
@@ -27,6 +28,7 @@ void MoveRunner::run(Job job) {
             };
         auto result = s->mover.moveAll(job.target, job.all, s->prefs.placement(), windows, report);
         s->dispatch.main([s, result, restored, name = job.target.name, done = std::move(job.done)] {
+            --s->running;
             s->status.set(summary(result, name, restored));
             if (done) done(result, restored);
         });

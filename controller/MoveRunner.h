@@ -47,6 +47,8 @@ class MoveRunner {
         : state_(std::make_shared<State>(State{dispatch, status, prefs, mover, layouts})) {}
 
     void run(Job job);
+    // Whether a move started here has not reported yet. Main thread.
+    bool running() const { return state_->running > 0; }
 
     // The line a finished move reads as: the move's summary, then how many
     // windows went back to their saved places, if any.
@@ -60,6 +62,7 @@ class MoveRunner {
         const Prefs& prefs;
         WindowMover& mover;
         Layouts& layouts;
+        int running = 0; // main thread only
     };
     // Shared with the work in flight, which may outlive a move's caller.
     std::shared_ptr<State> state_;

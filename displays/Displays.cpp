@@ -161,6 +161,35 @@ std::optional<Display> nearest(const Rect& rect, const std::vector<Display>& dis
     return best ? std::optional(*best) : std::nullopt;
 }
 
+bool reachable(const Rect& w, const std::vector<Display>& displays) {
+    if (!w.isFinite() || w.width() <= 0 || w.height() <= 0) return true; // nothing to grab
+    // The strip the window is dragged by; decorations sit above the frame on
+    // some systems and inside it on others, so the frame's top strip stands for it.
+    constexpr double titleBar = 24;
+    const Rect bar{w.minX(), w.minY(), w.width(), std::min(titleBar, w.height())};
+    double onArea = 0, onBar = 0;
+    for (const auto& d : displays) {
+        onArea += intersect(d.visible, w).area();
+        onBar += intersect(d.visible, bar).area();
+    }
+    const double third = 1.0 / 3.0;
+    return onArea >= w.width() * w.height() * third && onBar >= bar.width() * bar.height() * third;
+}
+
+std::optional<Rect> rescued(const Rect& w, const std::vector<Display>& displays) {
+    auto d = nearest(w, displays);
+    if (!d || !hasArea(d->visible)) return std::nullopt;
+    const Rect& area = d->visible;
+    // Whole points inside the area, so the frame written is on it.
+    const double width = std::max(1.0, std::floor(std::min(w.width(), area.width())));
+    const double height = std::max(1.0, std::floor(std::min(w.height(), area.height())));
+    auto along = [](double at, double lo, double hi) {
+        return std::max(std::ceil(lo), std::min(std::round(at), std::floor(hi)));
+    };
+    return Rect{along(w.minX(), area.minX(), area.maxX() - width),
+                along(w.minY(), area.minY(), area.maxY() - height), width, height};
+}
+
 DisplayMap byId(const std::vector<Display>& displays) {
     DisplayMap m;
     for (const auto& d : displays)

@@ -51,6 +51,13 @@ std::optional<Display> containing(const Rect& rect, const std::vector<Display>& 
 // The display a rectangle is on, else the one closest to it (ties: the
 // earliest); nullopt only without displays or for a rectangle that is not finite.
 std::optional<Display> nearest(const Rect& rect, const std::vector<Display>& displays);
+// Whether the user can still get hold of a window: a third of its title bar
+// and a third of its area lie on the displays' usable areas.
+bool reachable(const Rect& window, const std::vector<Display>& displays);
+// Where an unreachable window goes: fully onto the usable area of the display
+// it mostly overlaps (else the nearest), moved no further than it must and
+// keeping its size where that fits; nullopt when there is nowhere to put it.
+std::optional<Rect> rescued(const Rect& window, const std::vector<Display>& displays);
 DisplayMap byId(const std::vector<Display>& displays);
 // The screen's size as the surfaces write it: whole points, "2560 × 1440".
 std::string sizeText(const Display& display);

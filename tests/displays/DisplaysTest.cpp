@@ -229,3 +229,35 @@ TEST(Displays, SizeTextIsWholePoints) {
     EXPECT_EQ(Displays::sizeText(disp(1, "A", {0, 0, 2560.9, 1440.2})), "2560 \u00d7 1440");
     EXPECT_EQ(Displays::sizeText(disp(1, "A", {0, 0, -0.5, 1e20})), "0 \u00d7 1e+20");
 }
+
+// What the user can still grab after a monitor went is left alone; what they
+// cannot is put on the display it overlaps, as close to where it was as fits.
+TEST(Displays, UnreachableWindowsAreRescuedOntoADisplay) {
+    auto laptop = disp(1, "L", {0, 0, 1440, 900});
+    laptop.visible = {0, 25, 1440, 875};
+    const std::vector<Display> one{laptop};
+    struct Case {
+        const char* what;
+        Rect window;
+        std::optional<Rect> rescued; // nullopt: reachable
+    };
+    const std::vector<Case> cases{
+        {"a sliver at the right edge", {1370, 150, 702, 400}, Rect{738, 150, 702, 400}},
+        {"half on", {1000, 150, 800, 400}, std::nullopt},
+        {"title bar under the menu bar", {100, 0, 400, 600}, Rect{100, 25, 400, 600}},
+        {"a third of the title bar and more of the area on", {1100, 200, 900, 600}, std::nullopt},
+        {"title bar above the top", {100, -300, 400, 320}, Rect{100, 25, 400, 320}},
+        {"larger than the usable area", {1400, -50, 2000, 1200}, Rect{0, 25, 1440, 875}},
+        {"off every display, below", {200, 2000, 300, 200}, Rect{200, 700, 300, 200}},
+        {"fractional", {1430.4, 100.6, 300.5, 200.5}, Rect{1140, 101, 300, 200}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Displays::reachable(c.window, one), !c.rescued) << c.what;
+        if (c.rescued) {
+            EXPECT_EQ(Displays::rescued(c.window, one), c.rescued) << c.what;
+        }
+    }
+    // Nowhere to go; and a window without area has nothing to grab.
+    EXPECT_FALSE(Displays::rescued({0, 0, 10, 10}, {}));
+    EXPECT_TRUE(Displays::reachable({5000, 0, 0, 0}, one));
+}
