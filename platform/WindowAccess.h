@@ -86,6 +86,9 @@ using RemoteToken = std::array<uint8_t, 20>;
 //   "AXSize"        AXValue size
 //   "AXTitle"       string; empty when missing
 //   "AXFullScreen"  bool; false when missing
+//   "AXMaximized"   bool; false when missing, as on a platform without the
+//                   state. Writing false must leave the restored frame
+//                   readable at once; the core reads it live.
 // A window whose subrole, position or size is missing or of another type
 // is not listed. These reads may be answered from a snapshot that
 // runningApplications() takes. Once the core has written to an element its

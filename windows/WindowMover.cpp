@@ -163,8 +163,13 @@ std::vector<AXWindow> WindowMover::windows() {
             if (!size || size->type != AXValueType::size) continue;
             auto title = attr<std::string>(el, "AXTitle").value_or("");
             bool fullscreen = attr<bool>(el, "AXFullScreen").value_or(false);
-            out.push_back(
-                {app, el, {pos->a, pos->b, size->a, size->b}, std::move(title), fullscreen});
+            bool maximized = attr<bool>(el, "AXMaximized").value_or(false);
+            out.push_back({app,
+                           el,
+                           {pos->a, pos->b, size->a, size->b},
+                           std::move(title),
+                           fullscreen,
+                           maximized});
         }
     }
     return out;
@@ -248,7 +253,12 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
         if (!source) continue;
         const Placement rule = on || placement == Placement::fill ? placement : Placement::keepSize;
         if (!w.fullscreen) {
-            if (on && on->id == to.id && placement != Placement::fill) continue;
+            // A maximized window already fills the display it is on.
+            if (on && on->id == to.id && (placement != Placement::fill || w.maximized)) continue;
+            if (w.maximized) {
+                if (moveMaximized(w, *source, to, in, placement)) ++result.moved;
+                continue;
+            }
             auto frame = landing(w.frame, source->visible, to.visible, rule);
             if (!frame) continue;
             setFrame(w.el, *frame);
@@ -275,6 +285,21 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
         }
     }
     return result;
+}
+
+bool WindowMover::moveMaximized(const AXWindow& w, const Display& source, const Display& to,
+                                const std::vector<Display>& in, Placement placement) {
+    // The window manager keeps a maximized window's size and would maximize
+    // it again where it stood: it comes out of the state, its own frame is
+    // placed like any window's, and it is maximized again where it landed.
+    ax_.setAttribute(w.el, "AXMaximized", false);
+    const Rect frame = readFrame(w.el).value_or(w.frame);
+    const auto on = Displays::containing(frame, in);
+    const Placement rule = on || placement == Placement::fill ? placement : Placement::keepSize;
+    const auto landed = landing(frame, on.value_or(source).visible, to.visible, rule);
+    if (landed) setFrame(w.el, *landed);
+    ax_.setAttribute(w.el, "AXMaximized", true);
+    return landed.has_value();
 }
 
 std::string WindowMover::MoveResult::summary(const std::string& to) const {

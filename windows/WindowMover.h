@@ -22,6 +22,8 @@ struct AXWindow {
     Rect frame; // top-left global coordinates, as the accessibility interface gives it
     std::string title;
     bool fullscreen = false;
+    // Answered only by platforms that have the state; elsewhere always false.
+    bool maximized = false;
 };
 
 // Lists other applications' windows and moves them between displays. Every
@@ -70,6 +72,8 @@ class WindowMover {
     AXElement axElement(int32_t pid, uint64_t elementId);
     std::vector<AXElement> scan(int32_t pid, const std::vector<WindowListEntry>& list);
     std::optional<Rect> readFrame(const AXElement& el);
+    bool moveMaximized(const AXWindow& w, const Display& source, const Display& to,
+                       const std::vector<Display>& in, Placement placement);
     bool destinationPresent(uint32_t id);
     void resolvePrivate();
 

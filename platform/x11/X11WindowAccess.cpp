@@ -356,6 +356,8 @@ AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::stri
                              [&](const Monitor& m) { return m.frame == f->client; });
         }
         value = on;
+    } else if (name == "AXMaximized") {
+        value = f->maximized;
     } else {
         return axAttributeUnsupported;
     }
@@ -495,6 +497,21 @@ AXError X11WindowAccess::setAttribute(const AXElement& element, const std::strin
                                          ewmh._NET_WM_STATE_FULLSCREEN, XCB_NONE,
                                          XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
         xcb_flush(x_->get());
+        w->live = true;
+        return axSuccess;
+    }
+    if (name == "AXMaximized" && b) {
+        auto& ewmh = x_->ewmh();
+        const bool wasMaximized = f->maximized;
+        uint32_t extents[4] = {f->extents[0], f->extents[1], f->extents[2], f->extents[3]};
+        xcb_ewmh_request_change_wm_state(&ewmh, x_->screenNumber(), w->window,
+                                         *b ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE,
+                                         ewmh._NET_WM_STATE_MAXIMIZED_VERT,
+                                         ewmh._NET_WM_STATE_MAXIMIZED_HORZ,
+                                         XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+        xcb_flush(x_->get());
+        // The core reads the restored frame next, so it must be there.
+        if (!*b && wasMaximized) restoredExtents(lock, w->window, extents);
         w->live = true;
         return axSuccess;
     }

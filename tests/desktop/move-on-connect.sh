@@ -34,12 +34,18 @@ plug DUMMY1 1920x1080 --right-of DUMMY0
 wait_for_status "Moved " 10
 [ "$(last_status)" = "Moved 5 windows to DUMMY1" ] || fail "status: $(last_status)"
 
+is_maximized() { [ "$(states_of "$1")" = maximized ]; }
+
 panel="0 0 1440 900"
 external="1440 0 1920 1080"
 for id in $corner $far $centred $huge; do
     # shellcheck disable=SC2046
     expect_frame "$id" $(placed "$rule" "$panel" "$external" "${before[$id]}") 1
 done
+# A maximized window arrives maximized, not as a plain window the monitor's size.
+expect_inside "$maxed" $external
+wait_until 3 is_maximized "$maxed" ||
+    fail "the maximized window arrived as: $(states_of "$maxed") at $(frame_of "$maxed")"
 expect_inside "$maxed" $external
 expect_frame_stays "$full" ${before[$full]} 1
 expect_frame "$mini" ${before[$mini]}

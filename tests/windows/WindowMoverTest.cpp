@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <set>
 
 using namespace tarnwick;
 using tarnwick::sim::SimDesktop;
@@ -463,5 +464,101 @@ TEST(WindowMover, MoveAllPlacesWindowsAndSkipsThoseAlreadyThere) {
         EXPECT_EQ(w.desk.findWindow(12, "There")->frame,
                   (fill ? deskVisible : Rect{1600, 100, 800, 600}));
         EXPECT_EQ(w.transcript.text().find("\"Cinema\""), std::string::npos);
+    }
+}
+
+// A window manager's maximized state over the simulated desktop: the windows
+// named are maximized to the usable area they stand on, and their own frame
+// comes back when they leave the state.
+class Maximizing : public HalfAnswering {
+  public:
+    Maximizing(SimDesktop& inner, std::set<std::string> maximized, Rect area)
+        : HalfAnswering(inner, "-", false)
+        , in_(inner)
+        , maximized_(std::move(maximized))
+        , area_(area) {}
+    AXError copyAttribute(const AXElement& e, const std::string& name, AXAttribute& v) override {
+        const bool on = maximized_.count(title(e)) > 0;
+        if (name == "AXMaximized") {
+            v = on;
+            return axSuccess;
+        }
+        if (on && name == "AXPosition") {
+            v = AXValue{AXValueType::point, area_.x, area_.y};
+            return axSuccess;
+        }
+        if (on && name == "AXSize") {
+            v = AXValue{AXValueType::size, area_.w, area_.h};
+            return axSuccess;
+        }
+        return HalfAnswering::copyAttribute(e, name, v);
+    }
+    AXError setAttribute(const AXElement& e, const std::string& n, const AXAttribute& v) override {
+        if (n != "AXMaximized") {
+            if (maximized_.count(title(e))) log.push_back(title(e) + " written while maximized");
+            return HalfAnswering::setAttribute(e, n, v);
+        }
+        const auto t = title(e);
+        if (std::get<bool>(v)) {
+            AXAttribute pos, size;
+            in_.copyAttribute(e, "AXPosition", pos);
+            in_.copyAttribute(e, "AXSize", size);
+            const auto p = std::get<AXValue>(pos), s = std::get<AXValue>(size);
+            log.push_back(t + " maximized from " + std::to_string(int(p.a)) + "," +
+                          std::to_string(int(p.b)) + " " + std::to_string(int(s.a)) + "x" +
+                          std::to_string(int(s.b)));
+            maximized_.insert(t);
+        } else {
+            log.push_back(t + " restored");
+            maximized_.erase(t);
+        }
+        return axSuccess;
+    }
+    std::vector<std::string> log;
+
+  private:
+    std::string title(const AXElement& e) {
+        AXAttribute v;
+        in_.copyAttribute(e, "AXTitle", v);
+        auto* s = std::get_if<std::string>(&v);
+        return s ? *s : "";
+    }
+    SimDesktop& in_;
+    std::set<std::string> maximized_;
+    Rect area_;
+};
+
+// A maximized window is taken out of the state, its own frame placed by the
+// rule and maximized again there; one already on the destination is left.
+TEST(WindowMover, AMaximizedWindowMovesMaximized) {
+    for (auto placement : {Placement::keepSize, Placement::scale, Placement::fill}) {
+        World w;
+        auto displays = w.laptopAndDesk();
+        w.app(10, "Mail", "com.example.mail");
+        w.window({.pid = 10, .title = "Big", .frame = {100, 125, 800, 600}});
+        w.window({.pid = 10, .title = "Plain", .frame = {0, 25, 400, 300}});
+        w.window({.pid = 10, .title = "There", .frame = {1600, 100, 800, 600}});
+        Maximizing access(w.desk, {"Big", "There"}, laptopVisible);
+        WindowMover mover(access, w.desk, w.dispatch, w.prefs);
+        std::vector<AXWindow> list;
+        w.blocking([&] { list = mover.windows(); });
+        ASSERT_EQ(list.size(), 3u);
+        EXPECT_TRUE(list[0].maximized);
+        EXPECT_FALSE(list[1].maximized);
+        // "There" reads as maximized on the laptop here; list it on the desk.
+        list[2].frame = {1600, 100, 800, 600};
+        WindowMover::MoveResult r;
+        w.blocking([&] { r = mover.moveAll(displays[1], displays, placement, list); });
+        EXPECT_EQ(r.moved, 2);
+        const Rect big =
+            WindowMover::landing({100, 125, 800, 600}, laptopVisible, deskVisible, placement)
+                .value();
+        EXPECT_EQ(w.desk.findWindow(10, "Big")->frame, big);
+        EXPECT_EQ(access.log,
+                  (std::vector<std::string>{"Big restored", "Big maximized from " +
+                                                                std::to_string(int(big.x)) + "," +
+                                                                std::to_string(int(big.y)) + " " +
+                                                                std::to_string(int(big.w)) + "x" +
+                                                                std::to_string(int(big.h))}));
     }
 }
