@@ -42,6 +42,8 @@ log_mark
 plug DUMMY1 1920x1080 --right-of DUMMY0
 wait_for_log "island phase choosing" 10
 wait_until 3 control island moveAll || fail "the chooser shows no \"Move all\""
+# The chooser is still growing into place when its buttons are first reported.
+sleep 0.5
 press island moveAll
 wait_for_log "island phase done(ok)" 10
 grep -F "island phase done(ok)" "$tarnwick_log" | tail -n 1 | grep -qF ' · restored 3"' ||
