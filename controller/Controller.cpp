@@ -130,9 +130,7 @@ void Controller::rescue() {
             if (w.fullscreen || Displays::reachable(w.frame, all)) continue;
             if (auto to = Displays::rescued(w.frame, all)) mover.setFrame(w.el, *to);
         }
-        self->parts_.platform.dispatch.main([self] {
-            if (!self->moveWork_ && !self->pending_) self->changed(false);
-        });
+        self->parts_.platform.dispatch.main([self] { self->changeDone(); });
     });
 }
 
@@ -207,10 +205,7 @@ void Controller::moveAll(const Display& target) {
 void Controller::moveEverything() {
     moveWork_.reset();
     auto self = shared_from_this();
-    auto done = [self](const WindowMover::MoveResult&, int64_t) {
-        // A later change has its own pending state.
-        if (!self->moveWork_ && !self->pending_) self->changed(false);
-    };
+    auto done = [self](const WindowMover::MoveResult&, int64_t) { self->changeDone(); };
     if (!trusted(false)) return done({}, 0);
     auto all = Displays::all(parts_.platform.screens);
     auto target = Displays::target(all, parts_.prefs);

@@ -61,6 +61,10 @@ class Controller : public Observable, public std::enable_shared_from_this<Contro
     void moveEverything();
     void rescue();
     void changed(bool pending) { changing_ = pending; }
+    // Work for a change has ended; a later change keeps its own pending state.
+    void changeDone() {
+        if (!moveWork_ && !pending_) changed(false);
+    }
     void setupArrived();
     void autoSnapshot();
     void log(const std::vector<std::string>& lines);

@@ -50,6 +50,7 @@ std::optional<std::string> Layouts::encode(const LayoutStore& store) {
                                   {"w", jsonNumber(s.w)},
                                   {"h", jsonNumber(s.h)}};
             }
+            if (w.maximized) item["maximized"] = true;
             list.push_back(std::move(item));
         }
         doc[key] = std::move(list);
@@ -76,6 +77,12 @@ std::optional<SavedScreen> screenOf(const json& window) {
         if (!std::isfinite(v[i])) return std::nullopt;
     }
     return SavedScreen{name->get<std::string>(), v[0], v[1], v[2], v[3]};
+}
+
+// Also an addition, and only ever written as true.
+bool maximizedIn(const json& window) {
+    auto f = window.find("maximized");
+    return f != window.end() && f->is_boolean() && f->get<bool>();
 }
 
 using Placed = std::tuple<std::string, std::string, double, double, double, double>;
@@ -131,7 +138,7 @@ std::optional<LayoutStore> Layouts::decode(const std::string& text) {
             if (!bundle || !title || !x || !y || !width || !height) return std::nullopt;
             windows.push_back({bundle->get<std::string>(), title->get<std::string>(),
                                x->get<double>(), y->get<double>(), width->get<double>(),
-                               height->get<double>(), screenOf(w)});
+                               height->get<double>(), screenOf(w), maximizedIn(w)});
         }
     }
     return store;
@@ -169,7 +176,7 @@ Layouts::SaveResult Layouts::save(Saving how) {
             screen = SavedScreen{Displays::configKey({*d}), d->frame.x, d->frame.y, d->frame.w,
                                  d->frame.h};
         saved.push_back({w.app->bundleIdentifier.value_or(""), titleDigest(w.title), w.frame.x,
-                         w.frame.y, w.frame.w, w.frame.h, std::move(screen)});
+                         w.frame.y, w.frame.w, w.frame.h, std::move(screen), w.maximized});
     }
     // No platform call below may block the virtual clock's threads: the lock
     // is held only over reads and one write.
@@ -278,7 +285,11 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
             result.unmatched.push_back(w);
             return;
         }
+        // A maximized window ignores a new frame; one that was saved
+        // maximized is maximized again on the display its frame now covers.
+        if (w.maximized) mover_.setMaximized(w.el, false);
         mover_.setFrame(w.el, f);
+        if (s.maximized) mover_.setMaximized(w.el, true);
         ++result.restored;
     };
     auto bundleOf = [](const AXWindow& w) {

@@ -25,12 +25,14 @@ struct SavedScreen {
 
 // One window of a saved layout. The title is kept only as its SHA-256 digest.
 // Layouts stored before displays were remembered have no screen: their frames
-// are put back as they were written.
+// are put back as they were written. A maximized window's frame is the one it
+// had maximized, which puts it on the right display before it is maximized.
 struct SavedWindow {
     std::string bundle;
     std::string title;
     double x = 0, y = 0, w = 0, h = 0;
     std::optional<SavedScreen> screen;
+    bool maximized = false;
     bool operator==(const SavedWindow&) const = default;
 };
 

@@ -292,14 +292,18 @@ bool WindowMover::moveMaximized(const AXWindow& w, const Display& source, const 
     // The window manager keeps a maximized window's size and would maximize
     // it again where it stood: it comes out of the state, its own frame is
     // placed like any window's, and it is maximized again where it landed.
-    ax_.setAttribute(w.el, "AXMaximized", false);
+    setMaximized(w.el, false);
     const Rect frame = readFrame(w.el).value_or(w.frame);
     const auto on = Displays::containing(frame, in);
     const Placement rule = on || placement == Placement::fill ? placement : Placement::keepSize;
     const auto landed = landing(frame, on.value_or(source).visible, to.visible, rule);
     if (landed) setFrame(w.el, *landed);
-    ax_.setAttribute(w.el, "AXMaximized", true);
+    setMaximized(w.el, true);
     return landed.has_value();
+}
+
+void WindowMover::setMaximized(const AXElement& el, bool on) {
+    ax_.setAttribute(el, "AXMaximized", on);
 }
 
 std::string WindowMover::MoveResult::summary(const std::string& to) const {

@@ -57,6 +57,9 @@ class WindowMover {
     void setFrame(const AXElement& el, const Rect& frame);
     // Blocks until the window reports the requested state, for at most 50 polls.
     bool setFullscreen(const AXElement& el, bool on);
+    // Nothing on platforms without the state. Leaving it waits until the
+    // window's own frame is back, so that a frame written next holds.
+    void setMaximized(const AXElement& el, bool on);
 
     // Where a window of frame `w` on usable area `source` lands on usable area
     // `dest`, before rounding.

@@ -23,8 +23,7 @@ for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
 export TARNWICK_LOG_CONTROLS=1
 tarnwick_start
 log_mark
-gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
-    --method org.freedesktop.Application.ActivateAction save-layout '[]' '{}' >/dev/null
+tarnwick_action save-layout
 wait_for_status "Layout saved for 2 displays" 5
 
 # Undocked: the windows are gathered on the panel, each somewhere else.

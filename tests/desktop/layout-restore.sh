@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # A layout saved while two monitors are connected comes back when the same
 # setup returns, for the windows on either monitor, and after the window
-# manager has pushed the windows of the lost monitor aside.
+# manager has pushed the windows of the lost monitor aside. A window that was
+# maximized on the monitor is maximized there again.
 source "$(dirname "$0")/lib.sh"
 
 desktop_start
@@ -14,15 +15,16 @@ wmctrl -i -r "$doc2" -e 0,2500,450,-1,-1
 read -r _ _ w h < <(frame_of "$doc2")
 expect_frame "$doc2" 2500 450 "$w" "$h"
 
+big=$(window --title Big --class big,Big --geometry 600x400+1800+300 --maximized)
+wait_until 3 eval '[ "$(states_of "$big")" = maximized ]' || fail "Big: $(states_of "$big")"
 declare -A saved
-for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
+for id in $notes $doc1 $doc2 $big; do saved[$id]=$(frame_of "$id"); done
 
 # The snapshot runs every 30 s; the program's save-layout action takes the
 # same snapshot at once.
 tarnwick_start
 log_mark
-gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
-    --method org.freedesktop.Application.ActivateAction save-layout '[]' '{}' >/dev/null
+tarnwick_action save-layout
 wait_for_status "Layout saved for 2 displays" 5
 grep -q '"layouts.v2"' "$(defaults_file)" || fail "no layout in $(cat "$(defaults_file)")"
 
@@ -38,8 +40,10 @@ sleep 1.5 # a snapshot now would take the one-monitor arrangement; it must not
 log_mark
 plug DUMMY1 1920x1080 --right-of DUMMY0
 wait_for_status "Moved " 10
-last_status | grep -q ' · restored 3$' || fail "status: $(last_status)"
-for id in $notes $doc1 $doc2; do
+last_status | grep -q ' · restored 4$' || fail "status: $(last_status)"
+wait_until 3 eval '[ "$(states_of "$big")" = maximized ]' ||
+    fail "Big came back as: $(states_of "$big") at $(frame_of "$big")"
+for id in $notes $doc1 $doc2 $big; do
     # shellcheck disable=SC2086
     expect_frame "$id" ${saved[$id]} 1
 done

@@ -304,6 +304,13 @@ tarnwick_stop() {
     [ "$rc" -eq 0 ] || fail "the program ended with status $rc after SIGTERM"
 }
 
+# tarnwick_action NAME: runs one of the program's actions over the session
+# bus, as a desktop's launcher or a shortcut would.
+tarnwick_action() {
+    gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
+        --method org.freedesktop.Application.ActivateAction "$1" '[]' '{}' >/dev/null
+}
+
 # Log lines are searched from the last mark on, so a test can wait for the
 # next occurrence of a text it has already seen.
 log_mark() { log_mark_line=$(wc -l <"$tarnwick_log"); }

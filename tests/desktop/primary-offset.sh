@@ -50,8 +50,7 @@ done
 declare -A saved
 for id in $near $far $lefty; do saved[$id]=$(frame_of "$id"); done
 log_mark
-gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
-    --method org.freedesktop.Application.ActivateAction save-layout '[]' '{}' >/dev/null
+tarnwick_action save-layout
 wait_for_status "Layout saved for 3 displays" 5
 
 # The big monitor becomes primary; the monitors themselves stay as they are,

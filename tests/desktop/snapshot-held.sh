@@ -19,8 +19,7 @@ for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
 tarnwick_start
 started=$SECONDS
 log_mark
-gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
-    --method org.freedesktop.Application.ActivateAction save-layout '[]' '{}' >/dev/null
+tarnwick_action save-layout
 wait_for_status "Layout saved for 2 displays" 5
 
 log_mark
@@ -39,8 +38,7 @@ done
 # The snapshot runs 30 s after the start and every 30 s after that.
 sleep $((33 - (SECONDS - started)))
 log_mark
-gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
-    --method org.freedesktop.Application.ActivateAction restore-layout '[]' '{}' >/dev/null
+tarnwick_action restore-layout
 wait_for_status "Restored " 5
 [ "$(last_status)" = "Restored 3 windows" ] || fail "status: $(last_status)"
 for id in $notes $doc1 $doc2; do

@@ -13,8 +13,7 @@ wait_for_log "this is a Wayland session" 3
 wait_for_log "window setup shown" 3
 
 log_mark
-gdbus call --session --dest org.tarnwick.Tarnwick --object-path /org/tarnwick/Tarnwick \
-    --method org.freedesktop.Application.ActivateAction save-layout '[]' '{}' >/dev/null
+tarnwick_action save-layout
 wait_for_status "Accessibility permission missing" 3
 grep -q '"layouts.v2"' "$(defaults_file)" && fail "a layout was saved without the permission"
 [ "$(frame_of "$notes")" = "$before" ] || fail "Notes moved"

@@ -116,16 +116,26 @@ TEST(Layouts, EncodeAndDecode) {
         EXPECT_FALSE(Layouts::decode(bad)) << bad;
 }
 
-// Each window keeps the display it stood on, an addition older stores lack
-// and older versions let be; one this version cannot read is as if absent.
-TEST(Layouts, TheSavedScreenIsAnOptionalField) {
-    const LayoutStore store{{"k", {saved("b", "t", {1, 2, 3, 4}, desk), saved("b", "u", {})}}};
+// Each window keeps the display it stood on and whether it was maximized,
+// additions older stores lack and older versions let be; one this version
+// cannot read is as if absent.
+TEST(Layouts, TheSavedScreenAndStateAreOptionalFields) {
+    LayoutStore store{{"k", {saved("b", "t", {1, 2, 3, 4}, desk), saved("b", "u", {})}}};
+    store["k"][0].maximized = true;
     const auto text = Layouts::encode(store);
     ASSERT_TRUE(text);
     EXPECT_NE(text->find(R"("screen":{"h":1440,"name":"Desk@2560x1440","w":2560,"x":1440,"y":0})"),
               std::string::npos)
         << *text;
+    const auto maximized = text->find(R"("maximized":true)");
+    EXPECT_TRUE(maximized != std::string::npos && maximized == text->rfind(R"("maximized")"))
+        << *text;
     EXPECT_EQ(Layouts::decode(*text), store);
+    for (std::string state : {R"("maximized":1)", R"("maximized":"yes")"})
+        EXPECT_FALSE(Layouts::decode(R"({"k":[{"bundle":"b","title":"t","x":1,"y":2,"w":3,"h":4,)" +
+                                     state + "}]}")
+                         ->at("k")[0]
+                         .maximized);
 
     const std::string plain = R"("bundle":"b","title":"t","x":1,"y":2,"w":3,"h":4)";
     for (const std::string& screen :
