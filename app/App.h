@@ -8,7 +8,7 @@
 #include "controller/Status.h"
 #include "island/Island.h"
 #include "layouts/Layouts.h"
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 #include "prefs/Prefs.h"
 #include "settings/SettingsWindow.h"
 #include "setup/Setup.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Audio.h"
+#include "ports/Audio.h"
 
 #include <memory>
 #include <string>

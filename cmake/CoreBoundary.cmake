@@ -4,7 +4,7 @@
 get_target_property(core_links tarnwick_core LINK_LIBRARIES)
 foreach(lib ${core_links})
   if(lib MATCHES "Qt|X11|xcb")
-    message(FATAL_ERROR "tarnwick_core links ${lib}; the core reaches the machine only through platform/ ports")
+    message(FATAL_ERROR "tarnwick_core links ${lib}; the core reaches the machine only through the ports in ports/")
   endif()
 endforeach()
 get_target_property(core_sources tarnwick_core SOURCES)

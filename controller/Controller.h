@@ -5,7 +5,7 @@
 #include "displays/Displays.h"
 #include "island/Island.h"
 #include "layouts/Layouts.h"
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 #include "prefs/Prefs.h"
 #include "setup/SetupWindow.h"
 #include "windows/WindowMover.h"

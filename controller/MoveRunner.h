@@ -3,7 +3,7 @@
 #include "controller/Status.h"
 #include "displays/Displays.h"
 #include "layouts/Layouts.h"
-#include "platform/Dispatch.h"
+#include "ports/Dispatch.h"
 #include "prefs/Prefs.h"
 #include "windows/WindowMover.h"
 

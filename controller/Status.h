@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Observable.h"
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Geometry.h"
-#include "platform/Screens.h"
+#include "ports/Screens.h"
 
 #include <cstdint>
 #include <map>

@@ -9,7 +9,7 @@
 // - what is written parses back, and a second reader of it answers what the
 //   first one held.
 #include "fuzz/Check.h"
-#include "platform/x11/XdgDefaults.h"
+#include "platform/linux/XdgDefaults.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include "controller/MoveRunner.h"
 #include "displays/Displays.h"
 #include "island/IslandModel.h"
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 #include "prefs/Prefs.h"
 #include "windows/WindowMover.h"
 

@@ -1,5 +1,7 @@
 #include "island/IslandModel.h"
 
+#include "base/JsonText.h"
+
 #include <algorithm>
 
 namespace tarnwick {
@@ -95,6 +97,14 @@ std::string phaseName(const IslandModel::Phase& phase) {
     if (std::holds_alternative<M::Moving>(phase)) return "moving";
     if (std::holds_alternative<M::Loading>(phase)) return "loading";
     return "choosing";
+}
+
+std::string describePhase(const IslandModel::Phase& phase) {
+    if (auto* m = std::get_if<IslandModel::Moving>(&phase))
+        return "moving " + quoted(m->text) + " " + formatNumber(m->fraction);
+    if (auto* d = std::get_if<IslandModel::Done>(&phase))
+        return phaseName(phase) + " " + quoted(d->text);
+    return phaseName(phase);
 }
 
 } // namespace tarnwick

@@ -141,5 +141,8 @@ class IslandModel : public Observable {
 // The phase's name as scenarios and the transcript spell it: "choosing",
 // "announce(connected)", "done(failed)".
 std::string phaseName(const IslandModel::Phase& phase);
+// With its text, as the log and the transcript write it: `choosing`,
+// `moving "Moving 1 of 4 · Mail" 0.125`, `done(ok) "Moved 4 windows to …"`.
+std::string describePhase(const IslandModel::Phase& phase);
 
 } // namespace tarnwick

@@ -2,8 +2,8 @@
 
 #include "island/IslandModel.h"
 #include "island/NotchShape.h"
-#include "platform/Screens.h"
-#include "platform/Surfaces.h"
+#include "ports/Screens.h"
+#include "ports/Surfaces.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Defaults.h"
-#include "platform/Screens.h"
+#include "ports/Defaults.h"
+#include "ports/Screens.h"
 #include "windows/WindowMover.h"
 
 #include <cstdint>

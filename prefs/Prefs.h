@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/Observable.h"
-#include "platform/Defaults.h"
-#include "platform/LoginItems.h"
-#include "platform/SystemLog.h"
+#include "ports/Defaults.h"
+#include "ports/LoginItems.h"
+#include "ports/SystemLog.h"
 
 #include <array>
 #include <mutex>

@@ -1,7 +1,7 @@
 #include "settings/AppRows.h"
 
-#include "platform/Files.h"
-#include "platform/Workspace.h"
+#include "ports/Files.h"
+#include "ports/Workspace.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "base/Observable.h"
 #include "displays/Displays.h"
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 #include "settings/AppRows.h"
 
 #include <cstddef>

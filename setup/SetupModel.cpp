@@ -1,6 +1,6 @@
 #include "setup/SetupModel.h"
 
-#include "platform/WindowAccess.h"
+#include "ports/WindowAccess.h"
 #include "setup/Setup.h"
 
 namespace tarnwick {

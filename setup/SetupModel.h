@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/Observable.h"
-#include "platform/Dispatch.h"
-#include "platform/Processes.h"
-#include "platform/Trust.h"
-#include "platform/Workspace.h"
+#include "ports/Dispatch.h"
+#include "ports/Processes.h"
+#include "ports/Trust.h"
+#include "ports/Workspace.h"
 
 #include <memory>
 #include <optional>

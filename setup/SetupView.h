@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Observable.h"
-#include "platform/Surfaces.h"
+#include "ports/Surfaces.h"
 #include "setup/SetupModel.h"
 
 #include <functional>

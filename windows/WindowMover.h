@@ -1,9 +1,9 @@
 #pragma once
 
 #include "displays/Displays.h"
-#include "platform/Dispatch.h"
-#include "platform/Screens.h"
-#include "platform/WindowAccess.h"
+#include "ports/Dispatch.h"
+#include "ports/Screens.h"
+#include "ports/WindowAccess.h"
 #include "prefs/Prefs.h"
 
 #include <cstdint>

@@ -5,12 +5,12 @@
 // is what the window manager needs at the least (its own apply time).
 // Run by bench/x11/run on the test desktop; prints one line of figures.
 #include "displays/Displays.h"
-#include "platform/x11/DesktopEntries.h"
-#include "platform/x11/QtDispatch.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/QtDispatch.h"
+#include "platform/linux/XdgDefaults.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/X11WindowAccess.h"
 #include "platform/x11/XConnection.h"
-#include "platform/x11/XdgDefaults.h"
 #include "prefs/Prefs.h"
 #include "windows/WindowMover.h"
 
@@ -141,7 +141,7 @@ int main(int argc, char** argv) {
     QCoreApplication qt(argc, argv); // the dispatch's wake-up needs an event loop's thread
     const auto dir =
         std::filesystem::temp_directory_path() / ("tarnwick-bench-" + std::to_string(getpid()));
-    QtDispatch dispatch(1);
+    xdg::QtDispatch dispatch(1);
     NoLogin login;
     XdgDefaults defaults(dir.string(), log);
     Prefs prefs(defaults, login, log);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Surfaces.h"
 #include "platform/quick/IslandBridge.h"
+#include "ports/Surfaces.h"
 
 #include <QMargins>
 #include <QRect>

@@ -4,14 +4,6 @@
 
 namespace tarnwick::sim {
 
-std::string describePhase(const IslandModel::Phase& phase) {
-    if (auto* m = std::get_if<IslandModel::Moving>(&phase))
-        return "moving " + quoted(m->text) + " " + formatNumber(m->fraction);
-    if (auto* d = std::get_if<IslandModel::Done>(&phase))
-        return phaseName(phase) + " " + quoted(d->text);
-    return phaseName(phase);
-}
-
 IslandRecorder::IslandRecorder(Transcript& transcript, std::shared_ptr<IslandModel> model)
     : t_(transcript)
     , model_(std::move(model))

@@ -9,10 +9,6 @@
 
 namespace tarnwick::sim {
 
-// The phase as the transcript writes it: `choosing`, `announce(connected)`,
-// `moving "Moving 1 of 4 · Mail" 0.125`, `done(ok) "Moved 4 windows to …"`.
-std::string describePhase(const IslandModel::Phase& phase);
-
 // Follows the model of a panel on screen and writes what a user sees change
 // on it: `island phase …` when the phase becomes another, `island expanded
 // yes|no` when it drops out of the notch or tucks back in. The panel keeps

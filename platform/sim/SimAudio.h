@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Audio.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Audio.h"
 
 namespace tarnwick::sim {
 

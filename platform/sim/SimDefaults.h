@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Defaults.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Defaults.h"
 
 namespace tarnwick::sim {
 

@@ -1,6 +1,5 @@
 #include "platform/sim/SimDesktop.h"
 
-#include "platform/Platform.h"
 #include "platform/sim/SimAudio.h"
 #include "platform/sim/SimDefaults.h"
 #include "platform/sim/SimFiles.h"
@@ -13,6 +12,7 @@
 #include "platform/sim/SimTrust.h"
 #include "platform/sim/SimWindowAccess.h"
 #include "platform/sim/SimWorkspace.h"
+#include "ports/Platform.h"
 
 namespace tarnwick::sim {
 

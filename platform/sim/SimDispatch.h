@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Dispatch.h"
+#include "ports/Dispatch.h"
 
 #include <condition_variable>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Files.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Files.h"
 
 namespace tarnwick::sim {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/LoginItems.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/LoginItems.h"
 
 namespace tarnwick::sim {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Notifications.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Notifications.h"
 
 namespace tarnwick::sim {
 

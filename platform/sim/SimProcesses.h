@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Processes.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Processes.h"
 
 namespace tarnwick::sim {
 

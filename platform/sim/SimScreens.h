@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Screens.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Screens.h"
 
 namespace tarnwick::sim {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Surfaces.h"
 #include "platform/sim/IslandRecorder.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Surfaces.h"
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/SystemLog.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/SystemLog.h"
 
 namespace tarnwick::sim {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Trust.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Trust.h"
 
 namespace tarnwick::sim {
 

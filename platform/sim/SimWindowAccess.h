@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/WindowAccess.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/WindowAccess.h"
 
 namespace tarnwick::sim {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Workspace.h"
 #include "platform/sim/SimWorld.h"
+#include "ports/Workspace.h"
 
 namespace tarnwick::sim {
 

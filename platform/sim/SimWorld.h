@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/Defaults.h"
-#include "platform/Notifications.h"
-#include "platform/WindowAccess.h"
 #include "platform/sim/SimDispatch.h"
 #include "platform/sim/Transcript.h"
+#include "ports/Defaults.h"
+#include "ports/Notifications.h"
+#include "ports/WindowAccess.h"
 
 #include <cstdint>
 #include <deque>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Geometry.h"
-#include "platform/Defaults.h"
+#include "ports/Defaults.h"
 
 #include <cstdio>
 #include <string>

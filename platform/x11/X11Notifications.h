@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/Notifications.h"
-#include "platform/SystemLog.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/XConnection.h"
+#include "ports/Notifications.h"
+#include "ports/SystemLog.h"
 
 #include <QObject>
 #include <QSocketNotifier>

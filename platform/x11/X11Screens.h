@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Screens.h"
-#include "platform/SystemLog.h"
 #include "platform/x11/XConnection.h"
+#include "ports/Screens.h"
+#include "ports/SystemLog.h"
 
 #include <mutex>
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/SystemLog.h"
-#include "platform/Trust.h"
 #include "platform/x11/XConnection.h"
+#include "ports/SystemLog.h"
+#include "ports/Trust.h"
 
 #include <mutex>
 #include <string>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/Dispatch.h"
-#include "platform/SystemLog.h"
-#include "platform/WindowAccess.h"
-#include "platform/x11/DesktopEntries.h"
+#include "platform/linux/DesktopEntries.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/XConnection.h"
+#include "ports/Dispatch.h"
+#include "ports/SystemLog.h"
+#include "ports/WindowAccess.h"
 
 #include <atomic>
 #include <map>

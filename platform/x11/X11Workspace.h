@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/Workspace.h"
-#include "platform/x11/DesktopEntries.h"
-#include "platform/x11/SessionBus.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/SessionBus.h"
 #include "platform/x11/X11WindowAccess.h"
+#include "ports/Workspace.h"
 
 #include <functional>
 #include <string>
@@ -23,7 +23,7 @@ class X11Workspace : public Workspace {
   public:
     static constexpr const char* identifier = "org.tarnwick.Tarnwick";
 
-    X11Workspace(X11WindowAccess& windows, DesktopEntries& entries, SessionBus& bus,
+    X11Workspace(X11WindowAccess& windows, DesktopEntries& entries, xdg::SessionBus& bus,
                  std::string executable, std::string home)
         : windows_(windows)
         , entries_(entries)
@@ -49,7 +49,7 @@ class X11Workspace : public Workspace {
   private:
     X11WindowAccess& windows_;
     DesktopEntries& entries_;
-    SessionBus& bus_;
+    xdg::SessionBus& bus_;
     std::string executable_, home_;
 };
 

@@ -10,7 +10,7 @@
 // to be reported and reads what the core reads on one (the screens, the
 // built-in flags, the pointer, the main screen). Exit 1 when a change is not
 // reported within 5 s or the screens do not follow.
-#include "platform/x11/StderrLog.h"
+#include "platform/linux/StderrLog.h"
 #include "platform/x11/X11Notifications.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/XConnection.h"
@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
     const int cycles = std::atoi(argv[3]);
     QCoreApplication app(argc, argv);
 
-    StderrLog log;
+    xdg::StderrLog log;
     std::string error;
     auto x = XConnection::open(nullptr, error);
     if (!x) {

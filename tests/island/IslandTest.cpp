@@ -1,6 +1,5 @@
 #include "island/Island.h"
 
-#include "platform/sim/IslandRecorder.h"
 #include "platform/sim/SimEngine.h"
 #include "platform/sim/SimSurfaces.h"
 
@@ -45,9 +44,9 @@ struct World : tarnwick::sim::SimEngine {
     void follow() {
         auto m = island->current();
         ASSERT_TRUE(m);
-        phases.push_back(tarnwick::sim::describePhase(m->phase()));
+        phases.push_back(describePhase(m->phase()));
         watching = m->observe([this, m] {
-            auto p = tarnwick::sim::describePhase(m->phase());
+            auto p = describePhase(m->phase());
             if (phases.back() != p) phases.push_back(p);
         });
     }

@@ -3,8 +3,8 @@
 // Windows made here are override-redirect, so the window manager leaves
 // them and their states alone, and are listed by writing _NET_CLIENT_LIST
 // ourselves.
-#include "platform/x11/DesktopEntries.h"
-#include "platform/x11/QtDispatch.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/QtDispatch.h"
 #include "platform/x11/X11Notifications.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/X11WindowAccess.h"
@@ -190,7 +190,7 @@ TEST(X11Live, WaitingForAMaximizedWindowHoldsNoOtherCallUp) {
     MainThreadLog log;
     X11Screens screens(*x, log);
     DesktopEntries entries;
-    QtDispatch dispatch(1);
+    xdg::QtDispatch dispatch(1);
     X11WindowAccess access(connect(), screens, entries, dispatch, log, getpid(),
                            "org.tarnwick.Test");
     const auto windows = windowsOf(access, otherPid);
@@ -230,7 +230,7 @@ TEST(X11Live, ErrorsMetOnBackgroundThreadsAreLoggedOnTheMainThread) {
     MainThreadLog log;
     X11Screens screens(*x, log);
     DesktopEntries entries;
-    QtDispatch dispatch(1);
+    xdg::QtDispatch dispatch(1);
     X11WindowAccess access(connect(), screens, entries, dispatch, log, getpid(),
                            "org.tarnwick.Test");
     const auto windows = windowsOf(access, otherPid);
