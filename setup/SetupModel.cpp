@@ -1,6 +1,5 @@
 #include "setup/SetupModel.h"
 
-#include "ports/WindowAccess.h"
 #include "setup/Setup.h"
 
 namespace tarnwick {
@@ -95,7 +94,7 @@ void SetupModel::poll() {
     if (step_ == Step::permission && trusted_) {
         // The approval record can say yes while the interface still refuses
         // this process; only an answer from the interface shows it took effect.
-        if (p_.trust.probe() != axAPIDisabled) {
+        if (p_.trust.answers()) {
             advance();
             return;
         }

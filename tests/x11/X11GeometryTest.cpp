@@ -109,6 +109,21 @@ TEST(X11Screens, NamesAndPanels) {
     EXPECT_FALSE(isPanelConnector("DP-1", ""));
 }
 
+TEST(X11Screens, ADisplayKeepsItsNumberThroughAReplug) {
+    DisplayNumbers n;
+    EXPECT_EQ(n.number("output DP-1", 0x42), 0x42u); // X11's own number when first seen
+    EXPECT_EQ(n.number("output eDP-1", 0x43), 0x43u);
+    // Unplugged and back under a fresh XID (an MST output made anew): the old number.
+    EXPECT_EQ(n.number("output DP-1", 0x51), 0x42u);
+    // Another connector handed DP-1's retired XID: a number of its own, above any XID.
+    const uint32_t hdmi = n.number("output HDMI-1", 0x42);
+    EXPECT_NE(hdmi, 0x42u);
+    EXPECT_GE(hdmi, 1u << 29);
+    EXPECT_EQ(n.number("output HDMI-1", 0x60), hdmi);
+    EXPECT_NE(n.number("output DP-2", hdmi), hdmi); // even one it suggests itself
+    EXPECT_EQ(n.number("monitor VIRTUAL", 0x1f0), 0x1f0u);
+}
+
 TEST(X11WindowAccess, StringPropertiesAreLatin1) {
     // "Café" as WM_CLASS carries it: one byte 0xE9, which is not UTF-8.
     const char bytes[] = {'C', 'a', 'f', static_cast<char>(0xE9)};
