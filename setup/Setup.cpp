@@ -105,9 +105,7 @@ Setup::Moved Setup::moveToApplications() {
     if (auto failure = p_.files.copy(source, destination)) return {std::nullopt, *failure};
     // A copy that still carries the download's quarantine would be
     // translocated again on its next launch.
-    if (auto failure =
-            p_.processes.run("/usr/bin/xattr", {"-dr", "com.apple.quarantine", destination}, true))
-        return {std::nullopt, *failure};
+    if (auto failure = p_.processes.clearDownloadMark(destination)) return {std::nullopt, *failure};
     // The launched copy goes, so that the user cannot open the stale one by
     // habit; when it cannot be found or trashed the new copy still works.
     if (auto original = originalLocation())
@@ -118,7 +116,7 @@ Setup::Moved Setup::moveToApplications() {
 void Setup::relaunch(const std::string& path) {
     // The shell outlives this process and opens the copy once we are gone;
     // opening it now would only bring this instance to the front.
-    p_.processes.run("/bin/sh", {"-c", "sleep 1; /usr/bin/open \"$0\"", path}, false);
+    p_.processes.startAfterQuit(path);
     p_.processes.quit();
 }
 
@@ -154,7 +152,7 @@ void Setup::resetOwnPermission() {
     // approval, not just ours.
     const auto id = p_.workspace.bundleIdentifier();
     if (!id || id->empty()) return;
-    p_.processes.run("/usr/bin/tccutil", {"reset", "Accessibility", *id}, true);
+    p_.processes.forgetApproval(*id);
 }
 
 } // namespace tarnwick
