@@ -81,7 +81,7 @@ void SetupModel::requestPermission() {
     auto& workspace = p_.workspace;
     auto& processes = p_.processes;
     p_.dispatch.after(settingsDelay, [&workspace, &processes] {
-        processes.open(workspace.accessibilitySettingsURL());
+        if (auto url = workspace.approvalSettingsURL()) processes.open(*url);
     });
 }
 
@@ -105,7 +105,7 @@ void SetupModel::poll() {
         }
         // A late approval gets its grace; after that only a new process
         // benefits from it.
-        if (now - *trustedSince_ > refusalGrace) setup_.relaunch(p_.workspace.bundlePath());
+        if (now - *trustedSince_ > refusalGrace) setup_.relaunch(p_.workspace.programPath());
         return;
     }
     trustedSince_.reset();
