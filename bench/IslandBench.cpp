@@ -1,5 +1,6 @@
 #include "island/IslandModel.h"
 #include "island/IslandView.h"
+#include "platform/sim/SimScreens.h"
 
 #include <benchmark/benchmark.h>
 
@@ -52,7 +53,7 @@ void BM_ChooserView(benchmark::State& state) {
     m.setWindows(windows(static_cast<int>(state.range(0))));
     m.rebuild();
     m.setExpanded(true);
-    IslandView view(m, metric, BuiltinWords{});
+    IslandView view(m, metric, sim::SimScreens::words);
     for (auto _ : state)
         benchmark::DoNotOptimize(view.texts());
 }

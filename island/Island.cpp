@@ -38,7 +38,9 @@ std::optional<Island::Spot> Island::place() {
     }
     if (!screen)
         if (auto main = screens.mainScreen(); main && *main < list.size()) screen = &list[*main];
-    if (!screen) screen = &list.front();
+    // A screen without a number cannot be named to the platform; the panel
+    // then goes to the primary one, which needs no name.
+    if (!screen || !screen->number) screen = &list.front();
 
     const auto& args = state_->parts.args;
     const bool noNotch =
@@ -51,9 +53,11 @@ std::optional<Island::Spot> Island::place() {
                       screen->safeAreaTop};
 
     // Out of the housing itself, or just below the menu bar.
-    const double top = spot.notch.h > 0 ? screen->frame.maxY() : screen->visibleFrame.maxY() - 8;
-    const double midX = screen->frame.minX() + screen->frame.width() / 2;
-    spot.frame = {midX - panelSize / 2, top - panelSize, panelSize, panelSize};
+    spot.at = {.display = screen->number,
+               .from = spot.notch.h > 0 ? PanelPlacement::From::screenTop
+                                        : PanelPlacement::From::usableTop,
+               .down = spot.notch.h > 0 ? 0.0 : 8.0,
+               .size = {panelSize, panelSize}};
     return spot;
 }
 
@@ -66,7 +70,7 @@ std::shared_ptr<IslandModel> Island::present(IslandModel::Seed seed) {
     seed.notch = spot->notch;
     auto m =
         std::make_shared<IslandModel>(std::move(seed), Displays::all(s->parts.platform.screens));
-    std::shared_ptr<Panel> panel = s->parts.platform.surfaces.makePanel(spot->frame, m);
+    std::shared_ptr<Panel> panel = s->parts.platform.surfaces.makePanel(spot->at, m);
     if (!panel) return nullptr;
     panel->orderFront();
     s->panel = std::move(panel);

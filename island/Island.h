@@ -75,7 +75,7 @@ class Island {
     };
     struct Spot {
         Size notch;
-        Rect frame; // bottom-left coordinates
+        PanelPlacement at;
     };
 
     // Replaces any current island by one made from `seed`; null when there

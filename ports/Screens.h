@@ -10,23 +10,39 @@
 namespace tarnwick {
 
 // One screen as the platform reports it. Rectangles are bottom-left based:
-// y grows upwards from the primary screen's bottom-left corner.
+// y grows upwards from the primary screen's bottom-left corner. A platform
+// whose own space runs top-down (X11, Wayland compositors) flips its
+// rectangles against the primary's bottom edge; the core's arithmetic
+// depends on this space, so it stays as it is for now.
+//
+// `number` is the core's identifier for a display. Platforms that know a
+// display by something else (a RandR output, an output name such as KWin's
+// "DP-2") keep their own mapping from that native identity to a number, and
+// it must be stable: the same display keeps its number for as long as the
+// process runs, unplugged and plugged in again included, and two displays
+// connected at once never share one. The number is not written to disk (a
+// setup's key is made of names and sizes), so it need not survive a restart.
+// Surfaces name screens by it too.
 struct ScreenInfo {
     std::optional<uint32_t> number; // display identifier; absent when the platform gives none
     std::string name;
     Rect frame;
     Rect visibleFrame;
-    double safeAreaTop = 0;               // height of the camera housing, 0 without one
-    std::optional<Rect> auxiliaryTopLeft; // the menu-bar areas beside the housing
+    // A camera housing cut into the top edge: its height (0 without one) and
+    // the strips of the top bar left and right of it. Platforms without one
+    // leave them empty.
+    double safeAreaTop = 0;
+    std::optional<Rect> auxiliaryTopLeft;
     std::optional<Rect> auxiliaryTopRight;
 };
 
-// How the texts name the computer itself and its own screen: the platform
-// knows whether that is a MacBook or some other laptop.
+// How the texts name the computer itself and its own screen. Each platform
+// gives its own words ("Laptop screen" on a PC laptop): the core has no
+// default, since any would be one maker's name for its machines.
 struct BuiltinWords {
-    std::string screen = "MacBook screen"; // a destination, a pill label
-    std::string computer = "MacBook";      // a compact pill label
-    std::string yours = "your MacBook";    // "Windows are back on your MacBook"
+    std::string screen;   // a destination, a pill label
+    std::string computer; // a compact pill label
+    std::string yours;    // "Windows are back on your laptop"
 };
 
 // The connected screens. screens(), isBuiltin(), activeDisplayList() and

@@ -75,7 +75,7 @@ bool listed(const std::vector<AppRow>& rows, const std::string& bundle) {
 } // namespace
 
 std::vector<AppRow> runningAppRows(Workspace& workspace) {
-    const auto own = workspace.bundleIdentifier();
+    const auto own = workspace.programIdentifier();
     std::vector<AppRow> rows;
     for (const auto& app : workspace.runningApplications()) {
         // Agents and background helpers have no windows worth moving.

@@ -176,7 +176,7 @@ std::vector<FormSection> SettingsView::form() const {
 
     auto header = item(K::header, "Tarnwick");
     header.detail = "Plug in a display and choose what moves over.";
-    header.icon = workspace.icon(workspace.bundlePath());
+    header.icon = workspace.icon(workspace.programPath());
     out.push_back({"", {header}, ""});
 
     auto permission = item(K::permission, trusted_ ? "Accessibility access granted"

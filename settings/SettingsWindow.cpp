@@ -36,12 +36,8 @@ void SettingsWindow::show() {
     }
     // A window already on screen stays where the user put it.
     if (!window_->visible()) {
-        if (auto screen = screenUnderPointer(parts_.platform.screens)) {
-            const auto& v = screen->visibleFrame;
-            const auto size = window_->size();
-            window_->moveTo(
-                {v.minX() + v.width() / 2 - size.w / 2, v.minY() + v.height() / 2 - size.h / 2});
-        }
+        if (auto screen = screenUnderPointer(parts_.platform.screens))
+            window_->centreOn(screen->number);
     }
     surfaces.activate();
     window_->makeKeyAndFront();

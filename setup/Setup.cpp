@@ -11,10 +11,6 @@ namespace {
 const std::string translocationMarker = "/AppTranslocation/";
 const std::string systemApplications = "/Applications";
 
-bool startsWith(const std::string& s, const std::string& prefix) {
-    return s.compare(0, prefix.size(), prefix) == 0;
-}
-
 std::string lastComponent(const std::string& path) {
     const auto slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
@@ -72,19 +68,15 @@ std::string Setup::userApplications() {
 }
 
 bool Setup::isTranslocated() {
-    return p_.workspace.bundlePath().find(translocationMarker) != std::string::npos;
+    return p_.workspace.programPath().find(translocationMarker) != std::string::npos;
 }
 
 bool Setup::isInApplications() {
-    // A translocated copy is a throwaway, wherever it was made from: the
-    // platform forgets the approval of a copy at a random path.
-    if (isTranslocated()) return false;
-    const auto path = p_.workspace.bundlePath();
-    return startsWith(path, systemApplications + "/") || startsWith(path, userApplications() + "/");
+    return p_.workspace.installed();
 }
 
 std::optional<std::string> Setup::originalLocation() {
-    const auto path = p_.workspace.bundlePath();
+    const auto path = p_.workspace.programPath();
     if (!isTranslocated()) return path;
     return p_.workspace.translocationOriginal(path);
 }
@@ -93,7 +85,7 @@ Setup::Moved Setup::moveToApplications() {
     // Where programs are installed, not moved, a copy of one file would run
     // without what it is installed with, and the launched one is the user's.
     if (auto guide = p_.workspace.installGuide()) return {std::nullopt, *guide};
-    const auto source = standardizedPath(p_.workspace.bundlePath());
+    const auto source = standardizedPath(p_.workspace.programPath());
     std::string folder = systemApplications;
     if (!p_.files.isWritable(folder)) {
         folder = userApplications();
@@ -105,9 +97,7 @@ Setup::Moved Setup::moveToApplications() {
     if (auto failure = p_.files.copy(source, destination)) return {std::nullopt, *failure};
     // A copy that still carries the download's quarantine would be
     // translocated again on its next launch.
-    if (auto failure =
-            p_.processes.run("/usr/bin/xattr", {"-dr", "com.apple.quarantine", destination}, true))
-        return {std::nullopt, *failure};
+    if (auto failure = p_.processes.clearDownloadMark(destination)) return {std::nullopt, *failure};
     // The launched copy goes, so that the user cannot open the stale one by
     // habit; when it cannot be found or trashed the new copy still works.
     if (auto original = originalLocation())
@@ -118,12 +108,12 @@ Setup::Moved Setup::moveToApplications() {
 void Setup::relaunch(const std::string& path) {
     // The shell outlives this process and opens the copy once we are gone;
     // opening it now would only bring this instance to the front.
-    p_.processes.run("/bin/sh", {"-c", "sleep 1; /usr/bin/open \"$0\"", path}, false);
+    p_.processes.startAfterQuit(path);
     p_.processes.quit();
 }
 
 void Setup::takeOverFromOtherCopies() {
-    const auto own = p_.workspace.bundleIdentifier().value_or("");
+    const auto own = p_.workspace.programIdentifier().value_or("");
     const auto pid = p_.processes.ownPid();
     for (const auto& app : p_.workspace.runningApplications())
         if (app && app->bundleIdentifier == own && app->pid != pid)
@@ -152,9 +142,9 @@ void Setup::resetOwnPermission() {
     if (p_.trust.isProcessTrusted()) return;
     // Without an identifier the tool would forget every application's
     // approval, not just ours.
-    const auto id = p_.workspace.bundleIdentifier();
+    const auto id = p_.workspace.programIdentifier();
     if (!id || id->empty()) return;
-    p_.processes.run("/usr/bin/tccutil", {"reset", "Accessibility", *id}, true);
+    p_.processes.forgetApproval(*id);
 }
 
 } // namespace tarnwick

@@ -1,6 +1,5 @@
 #include "setup/SetupModel.h"
 
-#include "ports/WindowAccess.h"
 #include "setup/Setup.h"
 
 namespace tarnwick {
@@ -82,7 +81,7 @@ void SetupModel::requestPermission() {
     auto& workspace = p_.workspace;
     auto& processes = p_.processes;
     p_.dispatch.after(settingsDelay, [&workspace, &processes] {
-        processes.open(workspace.accessibilitySettingsURL());
+        if (auto url = workspace.approvalSettingsURL()) processes.open(*url);
     });
 }
 
@@ -95,7 +94,7 @@ void SetupModel::poll() {
     if (step_ == Step::permission && trusted_) {
         // The approval record can say yes while the interface still refuses
         // this process; only an answer from the interface shows it took effect.
-        if (p_.trust.probe() != axAPIDisabled) {
+        if (p_.trust.answers()) {
             advance();
             return;
         }
@@ -106,7 +105,7 @@ void SetupModel::poll() {
         }
         // A late approval gets its grace; after that only a new process
         // benefits from it.
-        if (now - *trustedSince_ > refusalGrace) setup_.relaunch(p_.workspace.bundlePath());
+        if (now - *trustedSince_ > refusalGrace) setup_.relaunch(p_.workspace.programPath());
         return;
     }
     trustedSince_.reset();

@@ -22,7 +22,7 @@ void SetupWindow::show(SetupModel::Step start) {
         model, setup_, [this] { close(); }, showSettings_);
     auto window = surfaces_.makeWindow(WindowKind::setup, title, view);
     if (!window) return;
-    window->centre();
+    window->centreOn(std::nullopt);
     window_ = std::move(window);
     model_ = std::move(model);
     view_ = std::move(view);

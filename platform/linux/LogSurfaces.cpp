@@ -10,23 +10,28 @@ namespace tarnwick::xdg {
 
 namespace {
 
-std::string describe(const Rect& r) {
-    char text[96];
-    std::snprintf(text, sizeof text, "%.0f,%.0f %.0fx%.0f", r.x, r.y, r.w, r.h);
+// "640x640 at the top of display 66, 8 below its usable area".
+std::string describe(const PanelPlacement& at) {
+    char text[160];
+    const std::string screen =
+        at.display ? "display " + std::to_string(*at.display) : "the primary";
+    std::snprintf(text, sizeof text, "%.0fx%.0f at the top of %s, %.0f below its %s", at.size.w,
+                  at.size.h, screen.c_str(), at.down,
+                  at.from == PanelPlacement::From::screenTop ? "top edge" : "usable area");
     return text;
 }
 
 class LogPanel : public Panel {
   public:
-    LogPanel(SystemLog& log, const Rect& frame, std::shared_ptr<IslandModel> model)
+    LogPanel(SystemLog& log, const PanelPlacement& at, std::shared_ptr<IslandModel> model)
         : log_(log)
-        , frame_(frame)
+        , at_(at)
         , model_(std::move(model)) {}
 
     void orderFront() override {
         if (shown_) return;
         shown_ = true;
-        log_.line("island shown at " + describe(frame_) + " (bottom-left)");
+        log_.line("island shown " + describe(at_));
         record();
         subscription_ = model_->observe([this] { record(); });
     }
@@ -47,7 +52,7 @@ class LogPanel : public Panel {
     }
 
     SystemLog& log_;
-    Rect frame_;
+    PanelPlacement at_;
     std::shared_ptr<IslandModel> model_;
     bool shown_ = false;
     std::string phase_;
@@ -64,8 +69,7 @@ class LogWindow : public Window {
 
     bool visible() override { return visible_; }
     Size size() override { return size_; }
-    void moveTo(const Point&) override {}
-    void centre() override {}
+    void centreOn(std::optional<uint32_t>) override {}
     void makeKeyAndFront() override {
         if (!visible_) log_.line("window " + name_ + " shown: \"" + title_ + "\"");
         visible_ = true;
@@ -84,9 +88,9 @@ class LogWindow : public Window {
 
 } // namespace
 
-std::unique_ptr<Panel> LogSurfaces::makePanel(const Rect& frame,
+std::unique_ptr<Panel> LogSurfaces::makePanel(const PanelPlacement& at,
                                               std::shared_ptr<IslandModel> model) {
-    return std::make_unique<LogPanel>(log_, frame, std::move(model));
+    return std::make_unique<LogPanel>(log_, at, std::move(model));
 }
 
 std::unique_ptr<Window> LogSurfaces::makeWindow(WindowKind kind, const std::string& title,

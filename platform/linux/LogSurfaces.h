@@ -12,7 +12,7 @@ class LogSurfaces : public Surfaces {
     explicit LogSurfaces(SystemLog& log)
         : log_(log) {}
 
-    std::unique_ptr<Panel> makePanel(const Rect& frame,
+    std::unique_ptr<Panel> makePanel(const PanelPlacement& at,
                                      std::shared_ptr<IslandModel> model) override;
     std::unique_ptr<Window> makeWindow(WindowKind kind, const std::string& title,
                                        std::shared_ptr<Observable> model) override;

@@ -17,28 +17,14 @@ extern char** environ;
 
 namespace tarnwick {
 
-namespace {
-
-bool isRelaunch(const std::string& path, const std::vector<std::string>& args) {
-    return path == "/bin/sh" && args.size() == 3 && args[0] == "-c" &&
-           args[1].find("/usr/bin/open") != std::string::npos;
-}
-
-} // namespace
-
 int32_t PosixProcesses::ownPid() {
     return static_cast<int32_t>(::getpid());
 }
 
 std::optional<std::string> PosixProcesses::run(const std::string& path,
                                                const std::vector<std::string>& args, bool wait) {
-    if (path == "/usr/bin/xattr" || path == "/usr/bin/tccutil") return std::nullopt;
     std::vector<std::string> argv{path};
-    if (isRelaunch(path, args)) {
-        argv.insert(argv.end(), {"-c", "sleep 1; exec \"$0\"", args[2]});
-    } else {
-        argv.insert(argv.end(), args.begin(), args.end());
-    }
+    argv.insert(argv.end(), args.begin(), args.end());
     std::vector<char*> cargv;
     for (auto& a : argv)
         cargv.push_back(a.data());
@@ -64,6 +50,11 @@ std::optional<std::string> PosixProcesses::run(const std::string& path,
         }).detach();
     }
     return std::nullopt;
+}
+
+std::optional<std::string> PosixProcesses::startAfterQuit(const std::string& path) {
+    // The program itself: nothing here starts a program file by its type.
+    return run("/bin/sh", {"-c", "sleep 1; exec \"$0\"", path}, false);
 }
 
 void PosixProcesses::terminate(int32_t pid) {

@@ -93,9 +93,10 @@ class PanelFocus : public QObject {
 
 class QuickPanel : public Panel {
   public:
-    QuickPanel(QuickSurfaces& s, const Rect& frame, std::shared_ptr<IslandModel> model)
+    QuickPanel(QuickSurfaces& s, const PanelPlacement& at, std::optional<QRect> geometry,
+               std::shared_ptr<IslandModel> model)
         : s_(s)
-        , log_(s.log_.makePanel(frame, model)) {
+        , log_(s.log_.makePanel(at, model)) {
         auto bridge = std::make_unique<IslandBridge>(
             model, s.hooks_.measure, s.hooks_.words ? s.hooks_.words() : BuiltinWords{}, s.actions_,
             true);
@@ -108,7 +109,7 @@ class QuickPanel : public Panel {
         view_->setProperty("_q_showWithoutActivating", true);
         view_->installEventFilter(new PanelFocus(view_.get()));
         view_->setResizeMode(QQuickView::SizeRootObjectToView);
-        if (s.hooks_.toDesktop) view_->setGeometry(s.hooks_.toDesktop(frame));
+        if (geometry) view_->setGeometry(*geometry);
         if (s.hooks_.preparePanel) s.hooks_.preparePanel(*view_);
         reportControls(*view_, "island", s.hooks_.controls);
         if (s.hooks_.compositing && !s.hooks_.compositing())
@@ -220,17 +221,16 @@ class QuickWindow : public Window {
         const QSize s = opening().grownBy(frame());
         return {double(s.width()), double(s.height())};
     }
-    void moveTo(const Point& origin) override {
-        if (!s_.hooks_.toDesktop) return;
-        const Size s = size();
-        place(s_.hooks_.toDesktop({origin.x, origin.y, s.w, s.h}));
-    }
-    void centre() override {
-        const auto areas = usableAreas();
-        if (areas.empty()) return;
-        QRect r(QPoint(), opening().grownBy(frame()));
-        r.moveCenter(areas.front().center());
-        place(r);
+    void centreOn(std::optional<uint32_t> display) override {
+        std::optional<QRect> area;
+        if (s_.hooks_.screen) {
+            auto screen = s_.hooks_.screen(display);
+            if (!screen && display) screen = s_.hooks_.screen(std::nullopt);
+            if (screen) area = screen->usable;
+        } else if (const auto areas = usableAreas(); !areas.empty()) {
+            area = areas.front();
+        }
+        if (area) place(centredIn(*area, size()));
     }
     void makeKeyAndFront() override {
         log_->makeKeyAndFront();
@@ -306,9 +306,15 @@ QuickSurfaces::QuickSurfaces(Surfaces& log, Hooks hooks)
 
 QuickSurfaces::~QuickSurfaces() = default;
 
-std::unique_ptr<Panel> QuickSurfaces::makePanel(const Rect& frame,
+std::unique_ptr<Panel> QuickSurfaces::makePanel(const PanelPlacement& at,
                                                 std::shared_ptr<IslandModel> model) {
-    return std::make_unique<QuickPanel>(*this, frame, std::move(model));
+    std::optional<QRect> geometry;
+    if (hooks_.screen) {
+        const auto screen = hooks_.screen(at.display);
+        if (!screen) return nullptr;
+        geometry = panelGeometry(*screen, at);
+    }
+    return std::make_unique<QuickPanel>(*this, at, geometry, std::move(model));
 }
 
 std::unique_ptr<Window> QuickSurfaces::makeWindow(WindowKind kind, const std::string& title,
@@ -365,6 +371,18 @@ QRegion islandOutline(const QRectF& card, bool notched, double ear, double radiu
     QRegion region;
     region.setRects(rows.data(), int(rows.size()));
     return region;
+}
+
+QRect panelGeometry(const QuickSurfaces::ScreenPixels& screen, const PanelPlacement& at) {
+    const QRect& edge = at.from == PanelPlacement::From::screenTop ? screen.frame : screen.usable;
+    const QRect& f = screen.frame;
+    return QRect(int(f.x() + f.width() / 2.0 - at.size.w / 2), int(edge.y() + at.down),
+                 int(at.size.w), int(at.size.h));
+}
+
+QRect centredIn(const QRect& area, Size size) {
+    return QRect(int(area.x() + area.width() / 2.0 - size.w / 2),
+                 int(area.y() + area.height() / 2.0 - size.h / 2), int(size.w), int(size.h));
 }
 
 QRect fitFrame(const QRect& frame, const QRect& area) {

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tarnwick::quick {
@@ -19,9 +20,15 @@ namespace tarnwick::quick {
 // log says stay one story.
 class QuickSurfaces : public Surfaces {
   public:
+    // One screen in desktop pixels: all of it, and its area less the docks.
+    struct ScreenPixels {
+        QRect frame, usable;
+    };
     struct Hooks {
-        // The desktop's top-left pixels of a frame in the core's bottom-left space.
-        std::function<QRect(const Rect&)> toDesktop;
+        // The screen numbered `display` (see PanelPlacement), the primary
+        // without one; nullopt when it is not there. Unset, panels stay where
+        // Qt puts them and windows centre on the first of usableAreas.
+        std::function<std::optional<ScreenPixels>(std::optional<uint32_t>)> screen;
         // Called once a panel's window exists, before it is first shown: for
         // what Qt cannot say itself (the window's type, every workspace).
         std::function<void(QWindow&)> preparePanel;
@@ -47,7 +54,7 @@ class QuickSurfaces : public Surfaces {
     // Where the island's taps go; set once the presenter exists.
     void setIslandActions(IslandActions actions) { actions_ = std::move(actions); }
 
-    std::unique_ptr<Panel> makePanel(const Rect& frame,
+    std::unique_ptr<Panel> makePanel(const PanelPlacement& at,
                                      std::shared_ptr<IslandModel> model) override;
     std::unique_ptr<Window> makeWindow(WindowKind kind, const std::string& title,
                                        std::shared_ptr<Observable> model) override;
@@ -74,6 +81,12 @@ class QuickSurfaces : public Surfaces {
 // `radius` when notched, else a card rounded by `radius` all round. A pixel is
 // in when its centre is inside the outline.
 QRegion islandOutline(const QRectF& card, bool notched, double ear, double radius);
+
+// Where a panel placed `at` on `screen` stands, in desktop pixels.
+QRect panelGeometry(const QuickSurfaces::ScreenPixels& screen, const PanelPlacement& at);
+
+// A frame of `size` centred on `area`, in desktop pixels, halves dropped.
+QRect centredIn(const QRect& area, Size size);
 
 // `frame` made no larger than `area` and moved the least to lie within it, so
 // that a window opens wholly on its screen, title bar included.

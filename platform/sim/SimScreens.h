@@ -17,7 +17,11 @@ class SimScreens : public Screens {
     std::optional<std::vector<uint32_t>> activeDisplayList() override;
     Point mouseLocation() override;
     std::optional<size_t> mainScreen() override;
-    BuiltinWords builtinWords() override { return {}; }
+    BuiltinWords builtinWords() override { return words; }
+
+    // The simulated desktop stands for a notebook of that maker.
+    static inline const BuiltinWords words{
+        .screen = "MacBook screen", .computer = "MacBook", .yours = "your MacBook"};
 
   private:
     SimWorld& w_;

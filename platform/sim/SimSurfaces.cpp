@@ -4,6 +4,26 @@
 
 namespace tarnwick::sim {
 
+const SimWorld::Screen* placedOn(const std::vector<SimWorld::Screen>& screens,
+                                 std::optional<uint32_t> display) {
+    if (screens.empty()) return nullptr;
+    if (!display) return &screens.front();
+    auto it = std::find_if(screens.begin(), screens.end(),
+                           [&](const SimWorld::Screen& s) { return !s.noid && s.id == *display; });
+    return it == screens.end() ? nullptr : &*it;
+}
+
+std::optional<Rect> panelFrame(const std::vector<SimWorld::Screen>& screens,
+                               const PanelPlacement& at) {
+    const auto* screen = placedOn(screens, at.display);
+    if (!screen) return std::nullopt;
+    const double edge =
+        at.from == PanelPlacement::From::screenTop ? screen->frame.maxY() : screen->visible.maxY();
+    const double top = edge - at.down;
+    const double midX = screen->frame.minX() + screen->frame.width() / 2;
+    return Rect{midX - at.size.w / 2, top - at.size.h, at.size.w, at.size.h};
+}
+
 // --- panel
 
 SimPanel::SimPanel(SimSurfaces& surfaces, const Rect& frame, std::shared_ptr<IslandModel> model)
@@ -63,22 +83,19 @@ Size SimWindow::size() {
     return size_;
 }
 
-void SimWindow::moveTo(const Point& origin) {
-    surfaces_.w_.dispatch.requireMain("Window::moveTo");
-    origin_ = origin;
-}
-
 void SimWindow::close() {
     surfaces_.w_.dispatch.requireMain("Window::close");
     hide();
 }
 
-void SimWindow::centre() {
-    surfaces_.w_.dispatch.requireMain("Window::centre");
+void SimWindow::centreOn(std::optional<uint32_t> display) {
+    surfaces_.w_.dispatch.requireMain("Window::centreOn");
     const auto& screens = surfaces_.w_.screens;
-    if (screens.empty()) return;
-    const Rect& area = screens.front().visible; // the main screen
-    origin_ = {area.x + (area.w - size_.w) / 2, area.y + (area.h - size_.h) / 2};
+    const auto* screen = placedOn(screens, display);
+    if (!screen) screen = placedOn(screens, std::nullopt);
+    if (!screen) return;
+    const Rect& v = screen->visible;
+    origin_ = {v.minX() + v.width() / 2 - size_.w / 2, v.minY() + v.height() / 2 - size_.h / 2};
 }
 
 void SimWindow::makeKeyAndFront() {
@@ -96,10 +113,12 @@ void SimWindow::hide() {
 
 // --- surfaces
 
-std::unique_ptr<Panel> SimSurfaces::makePanel(const Rect& frame,
+std::unique_ptr<Panel> SimSurfaces::makePanel(const PanelPlacement& at,
                                               std::shared_ptr<IslandModel> model) {
     w_.dispatch.requireMain("Surfaces::makePanel");
-    return std::make_unique<SimPanel>(*this, frame, std::move(model));
+    const auto frame = panelFrame(w_.screens, at);
+    if (!frame) return nullptr;
+    return std::make_unique<SimPanel>(*this, *frame, std::move(model));
 }
 
 std::unique_ptr<Window> SimSurfaces::makeWindow(WindowKind kind, const std::string& title,

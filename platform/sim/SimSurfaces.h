@@ -13,6 +13,17 @@ namespace tarnwick::sim {
 
 class SimSurfaces;
 
+// The screen a placement names by its number, the primary (the first) without
+// one; null when it is not there. A screen the world gives no number to can
+// only be reached as the primary.
+const SimWorld::Screen* placedOn(const std::vector<SimWorld::Screen>& screens,
+                                 std::optional<uint32_t> display);
+// The rectangle (bottom-left coordinates) a panel placed `at` covers on
+// `screens`, as the island's presenter measured it before it spoke in
+// placements; nullopt when the screen it names is not there.
+std::optional<Rect> panelFrame(const std::vector<SimWorld::Screen>& screens,
+                               const PanelPlacement& at);
+
 // The island's panel. Its frame is fixed when it is made.
 class SimPanel : public Panel {
   public:
@@ -48,8 +59,7 @@ class SimWindow : public Window {
 
     bool visible() override;
     Size size() override;
-    void moveTo(const Point& origin) override;
-    void centre() override;
+    void centreOn(std::optional<uint32_t> display) override;
     void makeKeyAndFront() override;
     void close() override;
 
@@ -87,7 +97,7 @@ class SimSurfaces : public Surfaces {
     explicit SimSurfaces(SimWorld& world)
         : w_(world) {}
 
-    std::unique_ptr<Panel> makePanel(const Rect& frame,
+    std::unique_ptr<Panel> makePanel(const PanelPlacement& at,
                                      std::shared_ptr<IslandModel> model) override;
     std::unique_ptr<Window> makeWindow(WindowKind kind, const std::string& title,
                                        std::shared_ptr<Observable> model) override;

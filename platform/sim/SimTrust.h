@@ -16,9 +16,10 @@ class SimTrust : public Trust {
         w_.dispatch.requireMain("Trust::isProcessTrusted");
         return w_.trusted;
     }
-    int32_t probe() override {
-        w_.dispatch.requireMain("Trust::probe");
-        return w_.trusted && w_.probeAnswers ? axSuccess : axAPIDisabled;
+    // The accessibility interface refuses (axAPIDisabled) unless it answers.
+    bool answers() override {
+        w_.dispatch.requireMain("Trust::answers");
+        return w_.trusted && w_.probeAnswers;
     }
     void requestWithPrompt() override {
         w_.dispatch.requireMain("Trust::requestWithPrompt");

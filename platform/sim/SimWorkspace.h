@@ -18,17 +18,20 @@ class SimWorkspace : public Workspace {
         w_.dispatch.requireMain("Workspace::runningApplications");
         return w_.runningApps();
     }
-    std::optional<std::string> applicationLocation(const std::string& bundleId) override;
+    std::optional<std::string> applicationLocation(const std::string& identifier) override;
     std::string icon(const std::string& path) override {
         w_.dispatch.requireMain("Workspace::icon");
         return "file:" + path;
     }
-    std::string bundlePath() override {
-        w_.dispatch.requireMain("Workspace::bundlePath");
+    std::string programPath() override {
+        w_.dispatch.requireMain("Workspace::programPath");
         return w_.bundlePath;
     }
-    std::optional<std::string> bundleIdentifier() override {
-        w_.dispatch.requireMain("Workspace::bundleIdentifier");
+    // A bundle inside one of the Applications folders that the platform has
+    // not translocated.
+    bool installed() override;
+    std::optional<std::string> programIdentifier() override {
+        w_.dispatch.requireMain("Workspace::programIdentifier");
         return w_.self;
     }
     std::optional<std::string> version() override {
@@ -39,8 +42,8 @@ class SimWorkspace : public Workspace {
         w_.dispatch.requireMain("Workspace::translocationOriginal");
         return w_.original;
     }
-    std::string accessibilitySettingsURL() override {
-        w_.dispatch.requireMain("Workspace::accessibilitySettingsURL");
+    std::optional<std::string> approvalSettingsURL() override {
+        w_.dispatch.requireMain("Workspace::approvalSettingsURL");
         return "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
     }
     std::optional<std::string> installGuide() override {

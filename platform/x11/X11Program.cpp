@@ -119,14 +119,17 @@ int run(char** argv, const std::vector<std::string>& args, const std::string& ex
     LogSurfaces logSurfaces(log);
     quick::QuickSurfaces surfaces(
         logSurfaces,
-        {.toDesktop =
-             [&](const Rect& r) {
-                 // The core's space is bottom-left based on the primary's bottom edge.
-                 const auto monitors = screens.monitors();
-                 const Point o = screens.origin();
-                 const double bottom = o.y + (monitors.empty() ? 0 : monitors.front().frame.h);
-                 return QRect(int(o.x + r.x), int(bottom - r.y - r.h), int(r.w), int(r.h));
-             },
+        {.screen = [&](std::optional<uint32_t> display)
+             -> std::optional<quick::QuickSurfaces::ScreenPixels> {
+             // Monitors are in root pixels already, the primary first.
+             auto pixels = [](const Rect& r) {
+                 return QRect(int(r.x), int(r.y), int(r.w), int(r.h));
+             };
+             for (const auto& m : screens.monitors())
+                 if (!display || m.id == *display)
+                     return quick::QuickSurfaces::ScreenPixels{pixels(m.frame), pixels(m.usable)};
+             return std::nullopt;
+         },
          .preparePanel = [&](QWindow& w) { showOnEveryWorkspace(*main, uint32_t(w.winId())); },
          .usableAreas =
              [&] {

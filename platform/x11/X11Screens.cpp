@@ -6,6 +6,17 @@
 
 namespace tarnwick::x11 {
 
+uint32_t DisplayNumbers::number(const std::string& name, uint32_t suggested) {
+    if (auto it = byName_.find(name); it != byName_.end()) return it->second;
+    uint32_t n = suggested;
+    if (given_.count(n)) do
+            n = next_++;
+        while (given_.count(n));
+    byName_.emplace(name, n);
+    given_.insert(n);
+    return n;
+}
+
 bool isPanelConnector(const std::string& outputName, const std::string& connectorType) {
     for (const char* prefix : {"eDP", "LVDS", "DSI"})
         if (outputName.rfind(prefix, 0) == 0) return true;
@@ -175,6 +186,9 @@ std::vector<Monitor> X11Screens::read() {
                 connectorType = atom == x_.atoms().panel ? "Panel" : "";
             }
         }
+        p.m.id = p.hasOutput && !outputName.empty()
+                     ? numbers_.number("output " + outputName, p.m.id)
+                     : numbers_.number("monitor " + monitorName, p.m.id);
         p.m.name = !edidName.empty() ? edidName : monitorName;
         p.m.builtin = isPanelConnector(monitorName, connectorType) ||
                       isPanelConnector(outputName, connectorType);

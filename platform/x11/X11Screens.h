@@ -4,8 +4,10 @@
 #include "ports/Screens.h"
 #include "ports/SystemLog.h"
 
+#include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,12 +15,32 @@ namespace tarnwick::x11 {
 
 // One RandR monitor in root coordinates (top-left based, as X11 has them).
 struct Monitor {
-    uint32_t id = 0; // the first output's XID: stable while the server runs
+    uint32_t id = 0; // the display number (see DisplayNumbers)
     std::string name;
     Rect frame;  // root space
     Rect usable; // frame less the docks' struts
     bool builtin = false;
     bool primary = false;
+};
+
+// The core's numbers for X11's monitors. A monitor is known by its first
+// output's name (the connector: "DP-1", "eDP-1"), or by its own name when it
+// has no output (one made with `xrandr --setmonitor ... none`). The first time
+// a name is seen it gets the number X11 itself gives it (the output's XID,
+// else the name's atom), so that numbers read as X11 tools show them; from
+// then on that name keeps its number for the life of the process, even when
+// the server makes the output anew (a DP-MST connector behind a hub that was
+// unplugged may come back under a fresh XID) or hands a retired XID to
+// another connector, which then gets a number never given out before. XIDs
+// and atoms stay below 2^29, so those start above them.
+class DisplayNumbers {
+  public:
+    uint32_t number(const std::string& name, uint32_t suggested);
+
+  private:
+    std::map<std::string, uint32_t> byName_;
+    std::set<uint32_t> given_;
+    uint32_t next_ = 0xE0000000u;
 };
 
 // Whether a connector name or type is a laptop's own panel.
@@ -63,6 +85,7 @@ class X11Screens : public Screens {
 
     XConnection& x_;
     SystemLog& log_;
+    DisplayNumbers numbers_; // read() only, on the main thread
     std::mutex mutex_;
     std::vector<Monitor> monitors_;
     bool readOnce_ = false;

@@ -1,7 +1,5 @@
 #include "platform/x11/X11Trust.h"
 
-#include "ports/WindowAccess.h"
-
 #include <cstdlib>
 #include <cstring>
 
@@ -38,10 +36,6 @@ bool X11Trust::isProcessTrusted() {
     if (reason != lastReason_ && !reason.empty()) log_.line("Cannot move other windows: " + reason);
     lastReason_ = reason;
     return reason.empty();
-}
-
-int32_t X11Trust::probe() {
-    return isProcessTrusted() ? axSuccess : axAPIDisabled;
 }
 
 void X11Trust::requestWithPrompt() {

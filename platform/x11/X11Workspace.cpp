@@ -5,26 +5,23 @@
 
 namespace tarnwick::x11 {
 
-std::string bundlePathFor(const std::string& executable, const std::string& home,
-                          const std::function<bool(const std::string&)>& exists) {
+bool installedAt(const std::string& executable, const std::string& home,
+                 const std::function<bool(const std::string&)>& exists) {
     const auto slash = executable.rfind('/');
     const std::string dir = slash == std::string::npos ? "" : executable.substr(0, slash);
-    const std::string name = slash == std::string::npos ? executable : executable.substr(slash + 1);
-    const std::string installedAs = "/Applications/" + name;
     for (const std::string& installed :
          {std::string("/usr/bin"), std::string("/usr/local/bin"), home + "/.local/bin"})
-        if (dir == installed) return installedAs;
+        if (dir == installed) return true;
     const std::string bin = "/bin";
     if (dir.size() > bin.size() && dir.compare(dir.size() - bin.size(), bin.size(), bin) == 0) {
         const auto prefix = dir.substr(0, dir.size() - bin.size());
-        if (exists(prefix + "/share/applications/" + X11Workspace::identifier + ".desktop"))
-            return installedAs;
+        return exists(prefix + "/share/applications/" + X11Workspace::identifier + ".desktop");
     }
-    return executable;
+    return false;
 }
 
-std::string X11Workspace::bundlePath() {
-    return bundlePathFor(executable_, home_, [](const std::string& path) {
+bool X11Workspace::installed() {
+    return installedAt(executable_, home_, [](const std::string& path) {
         std::error_code ec;
         return std::filesystem::is_regular_file(path, ec);
     });
@@ -51,8 +48,8 @@ std::vector<AppRef> X11Workspace::runningApplications() {
     return apps;
 }
 
-std::optional<std::string> X11Workspace::applicationLocation(const std::string& bundleId) {
-    if (auto entry = entries_.byId(bundleId)) return entry->filename;
+std::optional<std::string> X11Workspace::applicationLocation(const std::string& identifier) {
+    if (auto entry = entries_.byId(identifier)) return entry->filename;
     return std::nullopt;
 }
 

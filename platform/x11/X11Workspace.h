@@ -10,14 +10,13 @@
 
 namespace tarnwick::x11 {
 
-// Where a program installed on Linux stands for one in the Applications
-// folder: under /usr, /usr/local or ~/.local, or in the bin folder of any
-// prefix that holds our desktop entry (`cmake --install --prefix P`). The
-// core's first-run check looks for an Applications folder, so an installed
-// program is reported there; anywhere else (a build tree, a download) it
-// keeps its real path. `exists` answers for a file's path.
-std::string bundlePathFor(const std::string& executable, const std::string& home,
-                          const std::function<bool(const std::string&)>& exists);
+// Whether the program at `executable` is installed: in /usr/bin,
+// /usr/local/bin or ~/.local/bin, or in the bin folder of a prefix whose
+// share/applications holds our desktop entry (as `cmake --install --prefix P`
+// leaves it). Anywhere else (a build tree, a download) it is not. `exists`
+// answers for a file's path.
+bool installedAt(const std::string& executable, const std::string& home,
+                 const std::function<bool(const std::string&)>& exists);
 
 class X11Workspace : public Workspace {
   public:
@@ -32,16 +31,17 @@ class X11Workspace : public Workspace {
         , home_(std::move(home)) {}
 
     std::vector<AppRef> runningApplications() override;
-    std::optional<std::string> applicationLocation(const std::string& bundleId) override;
+    std::optional<std::string> applicationLocation(const std::string& identifier) override;
     std::string icon(const std::string& path) override;
-    std::string bundlePath() override;
-    std::optional<std::string> bundleIdentifier() override { return identifier; }
+    std::string programPath() override { return executable_; }
+    bool installed() override;
+    std::optional<std::string> programIdentifier() override { return identifier; }
     std::optional<std::string> version() override { return TARNWICK_VERSION; }
     std::optional<std::string> translocationOriginal(const std::string&) override {
         return std::nullopt;
     }
     // There is no approval page on X11; the setup window's link opens nothing.
-    std::string accessibilitySettingsURL() override { return ""; }
+    std::optional<std::string> approvalSettingsURL() override { return std::nullopt; }
     // A program on Linux is installed by its package or by CMake, never by
     // copying its executable somewhere.
     std::optional<std::string> installGuide() override;

@@ -1,4 +1,5 @@
 #include "island/IslandView.h"
+#include "platform/sim/SimScreens.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ Island island(IslandModel::Phase phase, Size notch = {}, std::vector<Display> su
                                                              .notch = notch},
                                            std::move(displays));
     m->setExpanded(true);
-    return {m, {}};
+    return {m, sim::SimScreens::words};
 }
 
 // A chooser offering `n` windows from the laptop screen.

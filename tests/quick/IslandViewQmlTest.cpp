@@ -1,5 +1,6 @@
 #include "platform/quick/IslandBridge.h"
 #include "platform/quick/QuickView.h"
+#include "platform/sim/SimScreens.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -72,13 +73,14 @@ struct Shown {
             };
             actions.close = [this](Closing) { asked.push_back("close"); };
         }
-        bridge = std::make_unique<IslandBridge>(m, metric, BuiltinWords{}, actions, animate);
+        bridge =
+            std::make_unique<IslandBridge>(m, metric, sim::SimScreens::words, actions, animate);
         view = loadView("island/IslandView.qml", bridge.get());
         render();
     }
     // Lays out and draws a frame, so that layouts have settled.
     void render() { grab(*view); }
-    IslandView decided() const { return IslandView(*m, metric, {}); }
+    IslandView decided() const { return IslandView(*m, metric, sim::SimScreens::words); }
 
     // By the visual tree: a repeater's items have no object parent to find them by.
     QQuickItem* item(const char* name) const {

@@ -105,6 +105,18 @@ TEST(FitFrame, KeepsAWindowWhollyOnItsScreen) {
     EXPECT_EQ(quick::fitFrame(QRect(10, 20, 300, 200), screen), QRect(10, 20, 300, 200));
 }
 
+TEST(PanelGeometry, HangsFromTheEdgeItIsPlacedBelow) {
+    const quick::QuickSurfaces::ScreenPixels screen{QRect(1920, 0, 2560, 1440),
+                                                    QRect(1920, 30, 2560, 1410)};
+    using From = PanelPlacement::From;
+    EXPECT_EQ(quick::panelGeometry(screen, {.size = {640, 640}}), QRect(2880, 0, 640, 640));
+    EXPECT_EQ(
+        quick::panelGeometry(screen, {.from = From::usableTop, .down = 8, .size = {640, 640}}),
+        QRect(2880, 38, 640, 640));
+    // An odd width: the half pixel is dropped, as the desktop has none.
+    EXPECT_EQ(quick::panelGeometry(screen, {.size = {641, 640}}), QRect(2879, 0, 641, 640));
+}
+
 namespace {
 
 struct Settings : ShellWorld {
@@ -114,11 +126,11 @@ struct Settings : ShellWorld {
 
     explicit Settings(QRect usable)
         : surfaces(platform.surfaces,
-                   {.toDesktop =
-                        [](const Rect& r) {
-                            // The sim's screen is 982 tall, its origin bottom-left.
-                            return QRect(int(r.x), int(982 - r.y - r.h), int(r.w), int(r.h));
-                        },
+                   {.screen = [usable](std::optional<uint32_t> display)
+                        -> std::optional<quick::QuickSurfaces::ScreenPixels> {
+                        if (display && *display != 1) return std::nullopt;
+                        return quick::QuickSurfaces::ScreenPixels{usable, usable};
+                    },
                     .usableAreas = [usable] { return std::vector<QRect>{usable}; },
                     .frameExtents = [](QWindow&) { return frame; }}) {
         launch();
@@ -135,7 +147,7 @@ struct Settings : ShellWorld {
 TEST(QuickWindow, OpensNoLargerThanAShortScreenAndTheFormScrolls) {
     const QRect usable(0, 0, 1280, 800);
     Settings s(usable);
-    s.window->centre();
+    s.window->centreOn(std::nullopt);
     EXPECT_TRUE(usable.contains(s.frameOnDesktop())) << s.frameOnDesktop().y();
     EXPECT_EQ(s.view().width(), 560);
     EXPECT_EQ(s.view().height(), 800 - 22 - 4);
@@ -148,9 +160,9 @@ TEST(QuickWindow, OpensNoLargerThanAShortScreenAndTheFormScrolls) {
     ASSERT_TRUE(scroll);
     EXPECT_GT(scroll->property("contentHeight").toDouble(), scroll->height());
 
-    // Asked to put its frame's top above the screen (as the core's centring
-    // of the whole form would): it stays on the screen, title bar included.
-    s.window->moveTo({359, 982 - 800 - 10});
+    // Centred on a screen shorter than the whole form, its frame's top would
+    // stand above the screen: it stays on it, title bar included.
+    s.window->centreOn(1);
     EXPECT_TRUE(usable.contains(s.frameOnDesktop())) << s.frameOnDesktop().y();
 
     // A form laid out for one width: the size is fixed, and no maximize.
@@ -166,7 +178,9 @@ TEST(QuickWindow, OpensAtItsFullSizeWhereThereIsRoom) {
     const Size size = s.window->size();
     EXPECT_EQ(size.w, 562);
     EXPECT_EQ(size.h, 806);
-    s.window->centre();
+    s.window->centreOn(1);
+    EXPECT_EQ(s.frameOnDesktop(), QRect(679, 122, 562, 806));
+    s.window->centreOn(2); // a screen that went: the primary instead
     EXPECT_EQ(s.frameOnDesktop(), QRect(679, 122, 562, 806));
     EXPECT_EQ(s.view().size(), QSize(560, 780));
     EXPECT_EQ(s.view().maximumSize(), QSize(560, 780));

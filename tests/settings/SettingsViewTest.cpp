@@ -56,13 +56,14 @@ struct CountingWorkspace : Workspace {
         return w.applicationLocation(id);
     }
     std::string icon(const std::string& path) override { return w.icon(path); }
-    std::string bundlePath() override { return w.bundlePath(); }
-    std::optional<std::string> bundleIdentifier() override { return w.bundleIdentifier(); }
+    std::string programPath() override { return w.programPath(); }
+    bool installed() override { return w.installed(); }
+    std::optional<std::string> programIdentifier() override { return w.programIdentifier(); }
     std::optional<std::string> version() override { return w.version(); }
     std::optional<std::string> translocationOriginal(const std::string& path) override {
         return w.translocationOriginal(path);
     }
-    std::string accessibilitySettingsURL() override { return w.accessibilitySettingsURL(); }
+    std::optional<std::string> approvalSettingsURL() override { return w.approvalSettingsURL(); }
     std::optional<std::string> installGuide() override { return w.installGuide(); }
 
     Workspace& w;
