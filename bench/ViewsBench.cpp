@@ -6,6 +6,7 @@
 #include "platform/quick/QuickSurfaces.h"
 #include "platform/quick/QuickView.h"
 #include "platform/sim/SimDesktop.h"
+#include "platform/sim/SimSurfaces.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -29,7 +30,7 @@ long residentKb() {
 }
 
 std::shared_ptr<IslandModel> chooser() {
-    const std::vector<Display> displays{
+    const std::vector<tarnwick::Display> displays{
         {1, "Built-in Display", {0, 0, 1512, 982}, {0, 25, 1512, 949}, true},
         {2, "Studio Display", {1512, 0, 2560, 1440}, {1512, 0, 2560, 1415}, false},
     };

@@ -40,7 +40,8 @@ Column {
         Image {
             width: 64
             height: 64
-            sourceSize: Qt.size(128, 128)
+            sourceSize.width: 128
+            sourceSize.height: 128
             source: "qrc:/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"
         }
         Column {
