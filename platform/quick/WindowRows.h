@@ -2,7 +2,7 @@
 
 #include "island/IslandView.h"
 
-#include <QAbstractListModel>
+#include "platform/quick/KeyedList.h"
 
 #include <vector>
 
@@ -13,23 +13,17 @@ namespace tarnwick::quick {
 // or focused row stays the same row, the list keeps its scroll) and a window
 // come or gone inserts or removes just its row. Roles: rowId, icon, app,
 // title, fullscreen, selected, mark.
-class WindowRows : public QAbstractListModel {
+class WindowRows : public KeyedList {
     Q_OBJECT
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
   public:
-    using QAbstractListModel::QAbstractListModel;
+    using KeyedList::KeyedList;
 
-    int count() const { return int(rows_.size()); }
-    // Makes the model `next` with the fewest inserts, removes, moves and
-    // changes; ids are unique within `next`.
+    int count() const override { return int(rows_.size()); }
+    // Ids are unique within `next`.
     void update(const std::vector<IslandView::Row>& next);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
-
-  signals:
-    void countChanged();
 
   private:
     std::vector<IslandView::Row> rows_;
