@@ -36,7 +36,12 @@ QHash<int, QByteArray> FormRows::roleNames() const {
     return {{Role::items, "items"}, {Role::separated, "separated"}};
 }
 
-FormSections::~FormSections() = default;
+FormSections::~FormSections() {
+    // The views that read the lines are gone before their bridge; nothing is
+    // left to wait for, and the program may have no event loop any more.
+    for (auto& g : sections_)
+        delete g.lines.release();
+}
 
 void FormSections::update(std::vector<Section> next) {
     std::vector<Group> groups;
