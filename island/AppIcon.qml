@@ -14,7 +14,8 @@ Item {
     IconImage {
         id: picture
         anchors.fill: parent
-        sourceSize: Qt.size(60, 60)
+        sourceSize.width: 60
+        sourceSize.height: 60
         fillMode: Image.PreserveAspectFit
         source: appIcon.isFile ? "file://" + appIcon.icon : ""
         name: appIcon.isFile ? "" : appIcon.icon

@@ -12,36 +12,9 @@ Item {
 
     implicitHeight: 4 + column.implicitHeight
 
-    // Rows are kept by id and updated in place, so a tick animates and the
-    // hovered or focused row stays the same row.
-    ListModel { id: rows }
-    function syncRows() {
-        const next = c && c.list ? c.list.rows : [];
-        let same = next.length === rows.count;
-        for (let i = 0; same && i < next.length; ++i)
-            same = rows.get(i).rowId === next[i].id;
-        if (!same) {
-            rows.clear();
-            for (let i = 0; i < next.length; ++i)
-                rows.append(entry(next[i]));
-            return;
-        }
-        for (let i = 0; i < next.length; ++i)
-            rows.set(i, entry(next[i]));
-    }
-    function entry(r) {
-        return {
-            rowId: r.id, icon: r.icon, app: r.app, title: r.title,
-            fullscreen: r.fullscreen, selected: r.selected, mark: r.mark
-        };
-    }
-    Component.onCompleted: syncRows()
-    Connections {
-        target: view
-        function onChanged() {
-            if (view.kind === "chooser") chooser.syncRows();
-        }
-    }
+    // The window rows, kept by id and updated in place by the bridge, so a
+    // tick animates and the hovered or focused row stays the same row.
+    readonly property var rows: view.windows
 
     ColumnLayout {
         id: column
@@ -240,7 +213,7 @@ Item {
         // The window list, or the line saying there is nothing to move.
         RowLayout {
             objectName: "emptyLine"
-            visible: rows.count === 0
+            visible: chooser.rows.count === 0
             Layout.fillWidth: true
             Layout.preferredHeight: c.list.height
             spacing: 8
@@ -261,7 +234,7 @@ Item {
         Flickable {
             id: list
             objectName: "chooserList"
-            visible: rows.count > 0
+            visible: chooser.rows.count > 0
             Layout.fillWidth: true
             Layout.preferredHeight: c.list.height
             clip: true
@@ -286,7 +259,7 @@ Item {
                 width: list.width - (c.list.scrolls ? 10 : 0)
                 spacing: 4
                 Repeater {
-                    model: rows
+                    model: chooser.rows
                     WindowRow {
                         width: stack.width
                         rowId: model.rowId

@@ -84,7 +84,7 @@ Item {
                 x: 18 + (card.width - root.frame.width) / 2
                 y: root.frame.topSpace
                 width: root.frame.width - 36
-                height: phase.item ? phase.item.implicitHeight : 0
+                height: phase.item ? (phase.item as Item).implicitHeight : 0
                 opacity: view.expanded ? 1 : 0
                 scale: view.expanded ? 1 : 0.96
                 transformOrigin: Item.Top

@@ -60,7 +60,8 @@ Row {
         Item {
             id: pulse
             objectName: "pulse"
-            property real s: 0
+            // From 0, driven by the animation below alone.
+            property real s
             visible: link.connected && !link.lit
             anchors.verticalCenter: parent.verticalCenter
             x: wire.width / 2 + (s - 0.5) * wire.width - width / 2

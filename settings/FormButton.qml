@@ -27,7 +27,8 @@ Button {
             anchors.verticalCenter: parent.verticalCenter
             width: 15
             height: 15
-            sourceSize: Qt.size(15, 15)
+            sourceSize.width: 15
+            sourceSize.height: 15
             source: visible ? Style.symbol(button.symbol, button.foreground) : ""
         }
         Text {

@@ -60,7 +60,8 @@ ComboBox {
             anchors.centerIn: parent
             width: 10
             height: 10
-            sourceSize: Qt.size(10, 10)
+            sourceSize.width: 10
+            sourceSize.height: 10
             source: Style.symbol("chevron.down", "#ffffff")
         }
     }

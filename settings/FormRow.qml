@@ -58,7 +58,8 @@ Item {
             Image {
                 Layout.preferredWidth: 24
                 Layout.preferredHeight: 24
-                sourceSize: Qt.size(24, 24)
+                sourceSize.width: 24
+                sourceSize.height: 24
                 source: Style.symbol(row.first.symbol, Style.tint(row.first.tint))
             }
             ColumnLayout {
@@ -129,7 +130,8 @@ Item {
                 Layout.preferredHeight: 14
                 Layout.alignment: Qt.AlignTop
                 Layout.topMargin: 1
-                sourceSize: Qt.size(14, 14)
+                sourceSize.width: 14
+                sourceSize.height: 14
                 source: Style.symbol(row.first.symbol, Style.secondary)
             }
             Label {
@@ -227,7 +229,8 @@ Item {
                 Image {
                     anchors.fill: parent
                     visible: row.first.icon !== ""
-                    sourceSize: Qt.size(20, 20)
+                    sourceSize.width: 20
+                    sourceSize.height: 20
                     source: visible ? "image://appicon/" + encodeURIComponent(row.first.icon) : ""
                 }
             }

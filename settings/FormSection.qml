@@ -6,28 +6,22 @@ import "Style.js" as Style
 Column {
     id: group
 
-    property var section: ({})
+    property string sectionTitle
+    property string sectionFooter
+    // The header item when the group is the window's header, else null.
+    property var headerItem: null
+    // The group's lines (the bridge's FormRows): each an item and the ones
+    // laid out beside it, and whether a rule goes above it.
+    property var rows: null
     property int sectionIndex: 0
-    readonly property var items: group.section.items || []
-    readonly property bool isHeader: items.length > 0 && items[0].kind === "header"
-    // Items marked sameRow join the line of the item before them.
-    readonly property var rows: {
-        const out = []
-        for (let i = 0; i < items.length; ++i) {
-            if (items[i].sameRow && out.length > 0)
-                out[out.length - 1].push(items[i])
-            else
-                out.push([items[i]])
-        }
-        return out
-    }
+    readonly property bool isHeader: !!headerItem
 
     spacing: 7
 
     Text {
         visible: text !== ""
         leftPadding: 2
-        text: group.section.title || ""
+        text: group.sectionTitle
         font.pixelSize: Style.sectionTitle
         font.weight: Font.DemiBold
         color: Style.primary
@@ -40,20 +34,21 @@ Column {
         Image {
             width: 64
             height: 64
-            sourceSize: Qt.size(128, 128)
+            sourceSize.width: 128
+            sourceSize.height: 128
             source: "qrc:/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"
         }
         Column {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 3
             Text {
-                text: group.isHeader ? group.items[0].text : ""
+                text: group.isHeader ? group.headerItem.text : ""
                 font.pixelSize: Style.title
                 font.weight: Font.Bold
                 color: Style.primary
             }
             Text {
-                text: group.isHeader ? group.items[0].detail : ""
+                text: group.isHeader ? group.headerItem.detail : ""
                 font.pixelSize: Style.body
                 color: Style.secondary
             }
@@ -61,7 +56,7 @@ Column {
     }
 
     Rectangle {
-        visible: !group.isHeader && group.rows.length > 0
+        visible: !group.isHeader && group.rows !== null && group.rows.count > 0
         width: group.width
         height: rowsColumn.implicitHeight
         radius: 9
@@ -73,14 +68,12 @@ Column {
             id: rowsColumn
             width: parent.width
             Repeater {
-                model: group.isHeader ? 0 : group.rows.length
+                model: group.isHeader ? null : group.rows
                 FormRow {
                     width: rowsColumn.width
-                    items: group.rows[index]
+                    items: model.items
+                    separated: model.separated
                     sectionIndex: group.sectionIndex
-                    // Filled buttons stand apart on their own; a rule between them is noise.
-                    separated: index > 0 && !group.rows[index][0].prominent
-                               && !group.rows[index - 1][0].prominent
                 }
             }
         }
@@ -91,7 +84,7 @@ Column {
         width: group.width
         leftPadding: 2
         rightPadding: 2
-        text: group.section.footer || ""
+        text: group.sectionFooter
         font.pixelSize: Style.caption
         color: Style.secondary
         wrapMode: Text.WordWrap

@@ -29,7 +29,8 @@ Button {
             visible: button.item.symbol !== ""
             Layout.preferredWidth: 22
             Layout.preferredHeight: 22
-            sourceSize: Qt.size(22, 22)
+            sourceSize.width: 22
+            sourceSize.height: 22
             source: visible ? Style.symbol(button.item.symbol, button.foreground) : ""
         }
         Column {
@@ -55,7 +56,8 @@ Button {
             visible: button.item.trailingSymbol !== ""
             Layout.preferredWidth: 22
             Layout.preferredHeight: 22
-            sourceSize: Qt.size(22, 22)
+            sourceSize.width: 22
+            sourceSize.height: 22
             source: visible ? Style.symbol(button.item.trailingSymbol, button.foreground) : ""
         }
     }

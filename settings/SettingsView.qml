@@ -30,13 +30,16 @@ Rectangle {
             y: 20
             width: flick.width - 44
             spacing: 18
-            // A count rather than the list itself: a refresh of the same shape
-            // then updates the rows in place and the keyboard focus stays put.
+            // The groups and their lines follow the form in place (the
+            // bridge's list models), so the keyboard focus stays put.
             Repeater {
-                model: view.sections.length
+                model: view.form
                 FormSection {
                     width: form.width
-                    section: view.sections[index]
+                    sectionTitle: model.title
+                    sectionFooter: model.footer
+                    headerItem: model.header
+                    rows: model.lines
                     sectionIndex: index
                 }
             }

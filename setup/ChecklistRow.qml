@@ -1,5 +1,5 @@
 import QtQuick
-import "../settings/Style.js" as Style
+import tarnwick.settings
 
 Row {
     id: line
@@ -15,7 +15,8 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         width: line.symbolSize
         height: line.symbolSize
-        sourceSize: Qt.size(line.symbolSize, line.symbolSize)
+        sourceSize.width: line.symbolSize
+        sourceSize.height: line.symbolSize
         source: Style.symbol(line.row.symbol, Style.tint(line.row.symbolColour))
         // The symbol swaps with a small pop, as a finished step ticks off.
         onSourceChanged: if (view.animate) pop.restart()

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
-import "../settings/Style.js" as Style
+import tarnwick.settings
 
 // A card's button; the default one is filled with the accent colour.
 Button {

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
-import "../settings/Style.js" as Style
+import tarnwick.settings
 
 // The card of one step: what it asks, why, and the buttons that answer.
 Rectangle {
@@ -61,6 +61,7 @@ Rectangle {
                 spacing: cardBox.layout.buttonSpacing
 
                 BusyIndicator {
+                    id: cardSpinner
                     objectName: "cardSpinner"
                     visible: (cardBox.card.waiting || "") !== ""
                     running: visible
@@ -68,7 +69,7 @@ Rectangle {
                     Layout.preferredHeight: 16
                     padding: 0
                     contentItem: Spinner {
-                        running: parent.running && view.animate
+                        running: cardSpinner.running && view.animate
                     }
                 }
                 // The waiting text takes what the buttons leave and wraps

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
-import "../settings/Style.js" as Style
+import tarnwick.settings
 
 // The first-run window: header, checklist and the card of the current step,
 // as tall as its content.
@@ -40,7 +40,8 @@ Rectangle {
             Image {
                 width: root.layout.iconSize
                 height: root.layout.iconSize
-                sourceSize: Qt.size(2 * width, 2 * height)
+                sourceSize.width: 2 * width
+                sourceSize.height: 2 * height
                 source: "qrc:/tarnwick/resources/desktop/org.tarnwick.Tarnwick.svg"
             }
             Column {

@@ -1,5 +1,5 @@
 import QtQuick
-import "../settings/Style.js" as Style
+import tarnwick.settings
 
 // A small spinner of fading spokes, turning while `running`.
 Item {

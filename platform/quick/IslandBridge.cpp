@@ -53,17 +53,8 @@ QVariantMap chooserMap(const IslandView::Chooser& c) {
                             {"menuLabel", qs(d.menuLabel)},
                             {"entries", entries}};
 
-    QVariantList rows;
-    for (const auto& r : c.list.rows)
-        rows.push_back(QVariantMap{{"id", qs(r.id)},
-                                   {"icon", qs(r.icon)},
-                                   {"app", qs(r.app)},
-                                   {"title", qs(r.title)},
-                                   {"fullscreen", r.fullscreen},
-                                   {"selected", r.selected},
-                                   {"mark", qs(r.mark)}});
-    QVariantMap list{{"rows", rows},
-                     {"emptyText", qs(c.list.emptyText)},
+    // The rows themselves are the bridge's `windows`.
+    QVariantMap list{{"emptyText", qs(c.list.emptyText)},
                      {"height", c.list.height},
                      {"scrolls", c.list.scrolls}};
 
@@ -157,6 +148,7 @@ void IslandBridge::refresh() {
         } else if (auto* ch = std::get_if<IslandView::Chooser>(&*c)) {
             kind_ = "chooser";
             contents_[kind_] = chooserMap(*ch);
+            windows_.update(ch->list.rows);
         } else if (auto* mv = std::get_if<IslandView::Moving>(&*c)) {
             kind_ = "moving";
             contents_[kind_] = QVariantMap{{"text", qs(mv->text)}, {"fraction", mv->fraction}};

@@ -4,6 +4,7 @@
 #include "island/Island.h"
 #include "island/IslandModel.h"
 #include "island/IslandView.h"
+#include "platform/quick/WindowRows.h"
 
 #include <QImage>
 #include <QObject>
@@ -44,6 +45,9 @@ class IslandBridge : public QObject {
     Q_PROPERTY(QVariantMap chooser READ chooser NOTIFY changed)
     Q_PROPERTY(QVariantMap moving READ moving NOTIFY changed)
     Q_PROPERTY(QVariantMap done READ done NOTIFY changed)
+    // The chooser's window rows, kept while the chooser fades out like the
+    // rest of its content.
+    Q_PROPERTY(tarnwick::quick::WindowRows* windows READ windows CONSTANT)
     // How the latest change should play: curve ("none", "spring",
     // "easeOut"), response, damping, duration. Told before `changed`, so that
     // the transitions the change starts already use it.
@@ -66,6 +70,7 @@ class IslandBridge : public QObject {
     QVariantMap chooser() const { return contents_.value("chooser").toMap(); }
     QVariantMap moving() const { return contents_.value("moving").toMap(); }
     QVariantMap done() const { return contents_.value("done").toMap(); }
+    WindowRows* windows() { return &windows_; }
     QVariantMap animation() const { return animation_; }
     bool animate() const { return animate_; }
 
@@ -93,6 +98,7 @@ class IslandBridge : public QObject {
     QVariantMap frame_;
     QString kind_;
     QVariantMap contents_; // by kind
+    WindowRows windows_;
     QVariantMap animation_;
 };
 

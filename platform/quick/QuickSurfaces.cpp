@@ -64,9 +64,12 @@ void reportControls(QQuickView& view, const std::string& surface,
 // otherwise hide the island under a film, and no managed window is ever
 // focused or raised above it. Unmanaged, it takes no focus when it appears;
 // a click gives it the keyboard (see PanelFocus), so that Tab, Return and
-// Escape then reach the island.
-constexpr Qt::WindowFlags panelFlags =
-    Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::BypassWindowManagerHint;
+// Escape then reach the island. Should a platform manage it after all, it
+// says it takes no focus (WM_HINTS' input false on X11), so that a window
+// manager does not focus it when it appears either.
+constexpr Qt::WindowFlags panelFlags = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                                       Qt::Tool | Qt::BypassWindowManagerHint |
+                                       Qt::WindowDoesNotAcceptFocus;
 
 // Our windows hold forms laid out for one width, so they are dialogs whose
 // width is fixed and that offer no maximize: it would only stretch empty
@@ -77,14 +80,17 @@ constexpr Qt::WindowFlags windowFlags = Qt::Dialog | Qt::CustomizeWindowHint | Q
                                         Qt::WindowCloseButtonHint;
 
 // Qt asks no window manager to focus a window it bypasses, so a press on the
-// panel asks for the keyboard itself.
+// panel asks for the keyboard itself; the user's press is what lets the
+// panel take focus at all (Qt refuses to activate a window that takes none).
 class PanelFocus : public QObject {
   public:
     using QObject::QObject;
     bool eventFilter(QObject* watched, QEvent* event) override {
         auto* window = qobject_cast<QWindow*>(watched);
-        if (window && event->type() == QEvent::MouseButtonPress && !window->isActive())
+        if (window && event->type() == QEvent::MouseButtonPress && !window->isActive()) {
+            window->setFlag(Qt::WindowDoesNotAcceptFocus, false);
             window->requestActivate();
+        }
         return false;
     }
 };
@@ -103,10 +109,6 @@ class QuickPanel : public Panel {
         view_.reset(loadView("island/IslandView.qml", bridge.get()).release());
         adopt(*view_, std::move(bridge));
         view_->setFlags(panelFlags);
-        // Should a platform manage it after all, Qt's xcb platform maps it
-        // with a user time of 0, which window managers read as "do not focus
-        // this new window".
-        view_->setProperty("_q_showWithoutActivating", true);
         view_->installEventFilter(new PanelFocus(view_.get()));
         view_->setResizeMode(QQuickView::SizeRootObjectToView);
         if (geometry) view_->setGeometry(*geometry);

@@ -2,7 +2,10 @@
 
 #include "platform/quick/SettingsBridge.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
+#include <QPointer>
+#include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -13,15 +16,37 @@
 
 namespace tarnwick::quick {
 
+QQmlEngine& viewEngine() {
+    // The application's child: it goes after the event loop, when the
+    // program has deleted the views still pending (LaterDeleter).
+    static QPointer<QQmlEngine> engine;
+    if (!engine) {
+        engine = new QQmlEngine(QCoreApplication::instance());
+        // Where our QML modules are found by name (tarnwick.settings).
+        engine->addImportPath("qrc:/");
+        addImageProviders(*engine);
+    }
+    return *engine;
+}
+
 std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge) {
-    auto view = std::make_unique<QQuickView>();
+    QQmlEngine& engine = viewEngine();
+    auto view = std::make_unique<QQuickView>(&engine, nullptr);
     view->setColor(Qt::transparent);
     view->setResizeMode(QQuickView::SizeViewToRootObject);
-    addImageProviders(*view->engine());
-    view->rootContext()->setContextProperty("view", bridge);
-    view->setSource(QUrl("qrc:/tarnwick/" + file));
-    for (const auto& e : view->errors())
+    // The engine's root context is everyone's; `view` is this view's alone,
+    // and the context goes with the view, after its scene.
+    auto* context = new QQmlContext(&engine, view.get());
+    context->setContextProperty("view", bridge);
+    const QUrl url("qrc:/tarnwick/" + file);
+    auto* component = new QQmlComponent(&engine, url, QQmlComponent::PreferSynchronous, view.get());
+    QObject* root = component->isReady() ? component->create(context) : nullptr;
+    for (const auto& e : component->errors())
         std::cerr << "tarnwick: " << e.toString().toStdString() << "\n";
+    if (auto* item = qobject_cast<QQuickItem*>(root))
+        view->setContent(url, component, item);
+    else
+        delete root;
     return view;
 }
 

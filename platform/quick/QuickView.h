@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+class QQmlEngine;
+
 namespace tarnwick::quick {
 
 inline QString qs(const std::string& s) {
@@ -17,9 +19,14 @@ inline std::string ss(const QString& s) {
     return s.toStdString();
 }
 
+// The one QML engine every view of ours shares, made on first use and
+// ended with the application, after every view: the types, the compiled
+// QML and the images are then loaded once, not once per island.
+QQmlEngine& viewEngine();
+
 // A QML view of ours: `file` is the view's path in the source tree
-// ("island/IslandView.qml"), loaded from the compiled-in resources, with
-// `bridge` as its context property `view`. QML errors go to standard error
+// ("island/IslandView.qml"), compiled in, with `bridge` as its context
+// property `view`, in a context of its own. QML errors go to standard error
 // and leave the view empty rather than ending the program.
 std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge);
 

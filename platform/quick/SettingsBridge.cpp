@@ -9,6 +9,8 @@
 #include <QQuickImageProvider>
 #include <QSvgRenderer>
 
+#include <set>
+
 namespace tarnwick::quick {
 
 namespace {
@@ -150,15 +152,45 @@ SettingsBridge::SettingsBridge(std::shared_ptr<SettingsView> model, bool animate
 SettingsBridge::~SettingsBridge() = default;
 
 void SettingsBridge::refresh() {
-    sections_.clear();
-    const auto form = model_->form();
-    for (const auto& s : form) {
-        QVariantList items;
-        for (size_t n = 0; n < s.items.size(); ++n)
-            items << toVariant(s.items[n], static_cast<int>(n));
-        sections_ << QVariantMap{
-            {"title", qs(s.title)}, {"footer", qs(s.footer)}, {"items", items}};
+    std::vector<FormSections::Section> sections;
+    int untitled = 0;
+    for (const auto& s : model_->form()) {
+        FormSections::Section section{s.title.empty() ? "#" + std::to_string(untitled++)
+                                                      : "title:" + s.title,
+                                      qs(s.title),
+                                      qs(s.footer),
+                                      QVariant(),
+                                      {}};
+        if (!s.items.empty() && s.items.front().kind == FormItem::Kind::header) {
+            section.header = toVariant(s.items.front(), 0);
+        } else {
+            // Items marked sameRow join the line of the item before them.
+            std::vector<const FormItem*> firsts;
+            std::set<std::string> keys;
+            int others = 0;
+            for (size_t n = 0; n < s.items.size(); ++n) {
+                const auto& item = s.items[n];
+                if (item.sameRow && !section.lines.empty()) {
+                    section.lines.back().items << toVariant(item, int(n));
+                    continue;
+                }
+                std::string key =
+                    item.kind == FormItem::Kind::app
+                        ? "app:" + item.bundle
+                        : std::string(kindName(item.kind)) + "#" + std::to_string(others++);
+                // Should a bundle be listed twice, the second is a line of its own.
+                while (!keys.insert(key).second)
+                    key += "+";
+                // Filled buttons stand apart on their own; a rule between them is noise.
+                const bool separated =
+                    !firsts.empty() && !item.prominent && !firsts.back()->prominent;
+                section.lines.push_back({key, {toVariant(item, int(n))}, separated});
+                firsts.push_back(&item);
+            }
+        }
+        sections.push_back(std::move(section));
     }
+    form_.update(std::move(sections));
 }
 
 const FormItem* SettingsBridge::find(const std::vector<FormSection>& form, int section,

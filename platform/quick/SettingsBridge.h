@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/quick/FormRows.h"
 #include "settings/SettingsView.h"
 
 #include <QImage>
 #include <QObject>
-#include <QVariantList>
 
 #include <memory>
 
@@ -18,7 +18,9 @@ namespace tarnwick::quick {
 // slides handed back to it. Main thread only.
 class SettingsBridge : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
+    // The form's groups and, in each, its lines: list models that follow
+    // the form in place (FormRows.h).
+    Q_PROPERTY(tarnwick::quick::FormSections* form READ form CONSTANT)
     Q_PROPERTY(bool animate READ animate CONSTANT)
     Q_PROPERTY(qreal windowWidth READ windowWidth CONSTANT)
     Q_PROPERTY(qreal windowHeight READ windowHeight CONSTANT)
@@ -26,7 +28,7 @@ class SettingsBridge : public QObject {
     SettingsBridge(std::shared_ptr<SettingsView> model, bool animate, QObject* parent = nullptr);
     ~SettingsBridge() override;
 
-    QVariantList sections() const { return sections_; }
+    FormSections* form() { return &form_; }
     bool animate() const { return animate_; }
     qreal windowWidth() const { return SettingsView::width; }
     qreal windowHeight() const { return SettingsView::height; }
@@ -49,7 +51,7 @@ class SettingsBridge : public QObject {
     std::shared_ptr<SettingsView> model_;
     bool animate_;
     bool pending_ = false;
-    QVariantList sections_;
+    FormSections form_;
     Subscription subscription_;
 };
 

@@ -8,6 +8,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QQuickItem>
 #include <QSet>
 
@@ -194,4 +195,26 @@ TEST(SettingsViewQml, ChangesInOneTurnRedrawTheFormOnce) {
     EXPECT_TRUE(f.texts().contains("Moving 5 of 5"));
     QCoreApplication::processEvents();
     EXPECT_EQ(redrawn, 1) << "nothing more to draw";
+}
+
+// An application that comes into the list adds its own line: the other lines
+// stay the same controls, so the one the keyboard is on keeps the focus.
+TEST(SettingsViewQml, AnAppComingKeepsTheFocusedLine) {
+    Form f;
+    auto& prefs = f.app->prefs();
+    prefs.setExcluded({"com.gone.Alpha"});
+    QPointer<QQuickItem> alpha = f.control("QQuickSwitch", "com.gone.Alpha");
+    ASSERT_TRUE(alpha);
+    alpha->forceActiveFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(alpha->hasActiveFocus());
+
+    prefs.setExcluded({"com.gone.Alpha", "com.gone.Beta"});
+    ASSERT_TRUE(f.control("QQuickSwitch", "com.gone.Beta"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_TRUE(alpha) << "the line was made again";
+    EXPECT_TRUE(alpha->hasActiveFocus());
+
+    prefs.setExcluded({"com.gone.Beta"});
+    EXPECT_FALSE(f.texts().contains("com.gone.Alpha"));
+    EXPECT_TRUE(f.control("QQuickSwitch", "com.gone.Beta"));
 }
