@@ -1,6 +1,6 @@
 #include "setup/SetupModel.h"
 
-#include "ports/WindowAccess.h"
+#include "ports/TrustProbe.h"
 #include "setup/Setup.h"
 
 namespace tarnwick {

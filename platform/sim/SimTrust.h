@@ -2,6 +2,7 @@
 
 #include "platform/sim/SimWorld.h"
 #include "ports/Trust.h"
+#include "ports/TrustProbe.h"
 
 namespace tarnwick::sim {
 

@@ -1,6 +1,6 @@
 #include "platform/x11/X11Trust.h"
 
-#include "ports/WindowAccess.h"
+#include "ports/TrustProbe.h"
 
 #include <cstdlib>
 #include <cstring>
