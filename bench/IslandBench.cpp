@@ -15,8 +15,8 @@ const std::vector<Display> displays{
 };
 
 // `n` windows spread over the three displays, each app owning ten of them.
-std::vector<AXWindow> windows(int n) {
-    std::vector<AXWindow> out;
+std::vector<AppWindow> windows(int n) {
+    std::vector<AppWindow> out;
     std::vector<AppRef> apps;
     for (int i = 0; i < n; ++i) {
         if (i % 10 == 0)

@@ -35,7 +35,7 @@ std::shared_ptr<IslandModel> chooser() {
         {2, "Studio Display", {1512, 0, 2560, 1440}, {1512, 0, 2560, 1415}, false},
     };
     auto model = std::make_shared<IslandModel>(IslandModel::Seed{.target = displays[1]}, displays);
-    std::vector<AXWindow> windows;
+    std::vector<AppWindow> windows;
     auto app = std::make_shared<RunningApp>(RunningApp{1000, "com.example.app", "App", {}, {}});
     for (int i = 0; i < 20; ++i)
         windows.push_back({app, nullptr, {40, 60, 800, 600}, "Window " + std::to_string(i), false});
@@ -55,6 +55,7 @@ int main(int argc, char** argv) {
     sim::SimDispatch dispatch;
     sim::Transcript transcript{dispatch};
     sim::SimDesktop desk{dispatch, transcript};
+    desk.addScreen({1, "Built-in Display", {0, 0, 1512, 982}, {0, 25, 1512, 949}});
     quick::QuickSurfaces surfaces{desk.surfaces(), {}};
 
     std::vector<double> took;
@@ -62,7 +63,7 @@ int main(int argc, char** argv) {
         QElapsedTimer timer;
         timer.start();
         {
-            auto panel = surfaces.makePanel({0, 0, 600, 400}, chooser());
+            auto panel = surfaces.makePanel(PanelPlacement{.size = {600, 400}}, chooser());
             panel->orderFront();
             if (auto* window = surfaces.panelWindow())
                 static_cast<QQuickWindow*>(window)->grabWindow();

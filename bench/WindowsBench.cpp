@@ -89,7 +89,7 @@ void BM_EncodeSetup50(benchmark::State& state) {
 }
 BENCHMARK(BM_EncodeSetup50);
 
-// 500 windows of 50 applications; arg 1 scans remote tokens, arg 0 reads "AXWindows".
+// 500 windows of 50 applications; arg 1 lists by the identifier scan, arg 0 by each application.
 void BM_ListWindows(benchmark::State& state) {
     World w(50, 10, state.range(0) != 0);
     if (w.mover.windows().size() != 500) state.SkipWithError("expected 500 windows");

@@ -126,10 +126,12 @@ void Controller::rescue() {
     changed(true);
     parts_.platform.dispatch.background(QoS::userInitiated, [self, all] {
         auto& mover = self->parts_.mover;
+        std::vector<Placing> rescues;
         for (const auto& w : mover.windows()) {
             if (w.fullscreen || Displays::reachable(w.frame, all)) continue;
-            if (auto to = Displays::rescued(w.frame, all)) mover.setFrame(w.el, *to);
+            if (auto to = Displays::rescued(w.frame, all)) rescues.push_back({w.ref, *to});
         }
+        mover.access().placeAll(rescues);
         self->parts_.platform.dispatch.main([self] { self->changeDone(); });
     });
 }

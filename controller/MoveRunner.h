@@ -32,7 +32,7 @@ class MoveRunner {
 
     struct Job {
         // Absent: every window, listed in the background when the move starts.
-        std::optional<std::vector<AXWindow>> windows;
+        std::optional<std::vector<AppWindow>> windows;
         Display target;
         std::vector<Display> all; // read on the main thread by the caller
         LayoutFirst layout = LayoutFirst::skip;

@@ -154,7 +154,7 @@ void Island::move(const std::shared_ptr<IslandModel>& m, Selection which) {
     // that is already going away.
     if (!m || m != state_->model || !std::holds_alternative<IslandModel::Choosing>(m->phase()))
         return;
-    std::vector<AXWindow> windows;
+    std::vector<AppWindow> windows;
     for (const auto& item : m->items())
         if (which == Selection::all || item.selected) windows.push_back(item.window);
     if (windows.empty()) return;

@@ -59,7 +59,7 @@ class IslandModel : public Observable {
 
     struct Item {
         std::string id;
-        AXWindow window;
+        AppWindow window;
         bool selected = false;
     };
 
@@ -84,7 +84,7 @@ class IslandModel : public Observable {
     const Display& target() const { return target_; }
     const std::vector<Item>& items() const { return items_; }
     int64_t alreadyThere() const { return alreadyThere_; }
-    const std::vector<AXWindow>& windows() const { return windows_; }
+    const std::vector<AppWindow>& windows() const { return windows_; }
 
     // One display's name, or "N displays".
     std::string subjectName() const;
@@ -96,7 +96,7 @@ class IslandModel : public Observable {
     void setDisplays(std::vector<Display> v);
     void setTarget(Display v);
     // Not shown by itself: rebuild() turns it into items.
-    void setWindows(std::vector<AXWindow> v) { windows_ = std::move(v); }
+    void setWindows(std::vector<AppWindow> v) { windows_ = std::move(v); }
 
     // Offers every listed window that is on a display other than the target,
     // ticked by default when it comes from or goes to the built-in screen,
@@ -132,7 +132,7 @@ class IslandModel : public Observable {
     Display target_;
     std::vector<Item> items_;
     int64_t alreadyThere_ = 0;
-    std::vector<AXWindow> windows_;
+    std::vector<AppWindow> windows_;
 
     Animation transaction_;
     Animation animation_;

@@ -87,7 +87,7 @@ bool maximizedIn(const json& window) {
 
 using Placed = std::tuple<std::string, std::string, double, double, double, double>;
 
-std::set<Placed> placedOf(const std::vector<AXWindow>& windows) {
+std::set<Placed> placedOf(const std::vector<AppWindow>& windows) {
     std::set<Placed> out;
     for (const auto& w : windows) {
         if (w.fullscreen || !w.frame.isFinite()) continue;
@@ -232,13 +232,13 @@ uint64_t Layouts::arrived(const std::string& key) {
     return hold_->arrival;
 }
 
-void Layouts::arrivedWith(uint64_t arrival, const std::vector<AXWindow>& windows) {
+void Layouts::arrivedWith(uint64_t arrival, const std::vector<AppWindow>& windows) {
     auto seen = placedOf(windows); // digests outside the lock
     std::lock_guard lock(mutex_);
     if (hold_ && hold_->arrival == arrival) hold_->seen = std::move(seen);
 }
 
-RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
+RestoreResult Layouts::restore(const std::vector<AppWindow>& windows) {
     const auto displays = Displays::all(screens_);
     const auto key = Displays::configKey(displays);
     auto store = load();
@@ -269,7 +269,13 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
     };
 
     RestoreResult result;
-    auto apply = [&](const AXWindow& w, const SavedWindow& s) {
+    auto& port = mover_.access();
+    std::vector<Placing> batch;
+    auto flush = [&] {
+        if (!batch.empty()) port.placeAll(batch);
+        batch.clear();
+    };
+    auto apply = [&](const AppWindow& w, const SavedWindow& s) {
         Rect f{s.x, s.y, s.w, s.h};
         // Relative to the display it was saved on, wherever that display
         // stands now: another primary or a monitor moved to the other side
@@ -285,18 +291,25 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
             result.unmatched.push_back(w);
             return;
         }
+        ++result.restored;
+        if (!w.maximized && !s.maximized) {
+            batch.push_back({w.ref, f});
+            return;
+        }
         // A maximized window ignores a new frame; one that was saved
         // maximized is maximized again on the display its frame now covers.
-        if (w.maximized) mover_.setMaximized(w.el, false);
-        mover_.setFrame(w.el, f);
-        if (s.maximized) mover_.setMaximized(w.el, true);
-        ++result.restored;
+        // The frames before it go first, so that every window is written
+        // in the order it was matched.
+        flush();
+        if (w.maximized) port.setMaximized(w.ref, false);
+        port.place(w.ref, f);
+        if (s.maximized) port.setMaximized(w.ref, true);
     };
-    auto bundleOf = [](const AXWindow& w) {
+    auto bundleOf = [](const AppWindow& w) {
         return w.app ? w.app->bundleIdentifier.value_or("") : std::string();
     };
 
-    std::vector<const AXWindow*> leftovers;
+    std::vector<const AppWindow*> leftovers;
     for (const auto& w : windows) {
         if (w.fullscreen) {
             result.unmatched.push_back(w);
@@ -319,7 +332,7 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
         list.erase(match);
         apply(w, *s);
     }
-    for (const AXWindow* w : leftovers) {
+    for (const AppWindow* w : leftovers) {
         auto records = byBundle.find(bundleOf(*w));
         if (records == byBundle.end() || records->second.empty()) {
             result.unmatched.push_back(*w);
@@ -329,6 +342,7 @@ RestoreResult Layouts::restore(const std::vector<AXWindow>& windows) {
         records->second.pop_front();
         apply(*w, *s);
     }
+    flush();
     return result;
 }
 

@@ -40,7 +40,7 @@ using LayoutStore = std::map<std::string, std::vector<SavedWindow>>;
 
 struct RestoreResult {
     int64_t restored = 0;
-    std::vector<AXWindow> unmatched;
+    std::vector<AppWindow> unmatched;
 };
 
 // The last arrangement of windows for every display setup the user has had,
@@ -68,7 +68,7 @@ class Layouts {
     };
     SaveResult save(Saving how = Saving::byHand);
     LayoutStore load();
-    RestoreResult restore(const std::vector<AXWindow>& windows);
+    RestoreResult restore(const std::vector<AppWindow>& windows);
 
     // A display setup has just arrived. When it has a saved layout, periodic
     // snapshots leave that layout alone until a restore of the setup has run
@@ -76,7 +76,7 @@ class Layouts {
     // the arrival's number for `arrivedWith`, 0 when nothing is held.
     uint64_t arrived(const std::string& key);
     // The arrangement at the arrival, listed off the main thread.
-    void arrivedWith(uint64_t arrival, const std::vector<AXWindow>& windows);
+    void arrivedWith(uint64_t arrival, const std::vector<AppWindow>& windows);
 
     // 64 lowercase hexadecimal digits of SHA-256 over the UTF-8 bytes.
     static std::string titleDigest(const std::string& title);

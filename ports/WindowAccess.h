@@ -2,12 +2,11 @@
 
 #include "base/Geometry.h"
 
-#include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace tarnwick {
@@ -15,9 +14,9 @@ namespace tarnwick {
 enum class ActivationPolicy { regular, accessory, prohibited };
 
 // A running application; shared so that window records keep it alive.
-// Only a regular application with a bundle identifier has its windows moved;
-// the identifier is what exclusions and saved layouts are keyed on, so it
-// must name the same application across runs.
+// Only a regular application with an identifier has its windows moved; the
+// identifier is what exclusions and saved layouts are keyed on, so it must
+// name the same application across runs.
 struct RunningApp {
     int32_t pid = 0;
     std::optional<std::string> bundleIdentifier;
@@ -27,105 +26,77 @@ struct RunningApp {
 };
 using AppRef = std::shared_ptr<const RunningApp>;
 
-// One entry of the window server's list. A key that is missing, or whose value
-// has another type, reads as nullopt.
-struct WindowListEntry {
-    std::optional<int64_t> ownerPid;
-    std::optional<int64_t> layer;
-    std::optional<Size> bounds; // present only when both width and height are numbers
-    std::optional<int64_t> number;
-};
-
-// An accessibility element of another process. Opaque to the core. The last
-// reference may go on any thread, the main one included (the island keeps
-// the windows it offers), so releasing one must neither block nor need a
-// particular thread.
-class AXElementObject {
+// A window of another application as its platform knows it. Opaque to the
+// core. The last reference may go on any thread, the main one included (the
+// island keeps the windows it offers), so releasing one must neither block
+// nor need a particular thread.
+class WindowHandle {
   public:
-    virtual ~AXElementObject() = default;
+    virtual ~WindowHandle() = default;
 };
-using AXElement = std::shared_ptr<AXElementObject>;
+using WindowRef = std::shared_ptr<WindowHandle>;
 
-enum class AXValueType { point = 1, size = 2 };
-struct AXValue {
-    AXValueType type = AXValueType::point;
-    double a = 0, b = 0; // x, y or width, height
-};
-using AXAttribute = std::variant<std::string, bool, double, AXValue, std::vector<AXElement>>;
-
-// Error codes of the accessibility interface, as the platform reports them.
-// The core tells only axSuccess from the rest (and Trust::probe's
-// axAPIDisabled): any failure reads as "no value", and what a write answers
-// is not looked at.
-enum AXError : int32_t {
-    axSuccess = 0,
-    axFailure = -25200,
-    axIllegalArgument = -25201,
-    axInvalidUIElement = -25202,
-    axCannotComplete = -25204,
-    axAttributeUnsupported = -25205,
-    axAPIDisabled = -25211,
-    axNoValue = -25212,
+// A movable window of another application, as it was when listed.
+struct AppWindow {
+    AppRef app;
+    WindowRef ref;
+    Rect frame;        // top-left global space: from the primary display's top-left corner, y down
+    std::string title; // empty when it has none
+    bool fullscreen = false;
+    // Answered only by platforms that have the state; elsewhere always false.
+    bool maximized = false;
 };
 
-using RemoteToken = std::array<uint8_t, 20>;
+// One frame to write, in a batch.
+struct Placing {
+    WindowRef window;
+    Rect frame;
+};
 
-// Other applications and their windows. Every call may block for the
-// element's messaging timeout, so none is made on the main thread; calls come
-// from background threads, from two at once when a layout snapshot overlaps
-// a move.
-//
-// A listing starts with runningApplications(), then ownBundleIdentifier();
-// with both optional functions it reads windowList() and scans for the
-// windows' elements, otherwise it reads "AXWindows" of createApplication().
-// Of each window it reads:
-//   "AXSubrole"     string; only "AXStandardWindow" is listed
-//   "AXMinimized"   bool; a minimized window is left out
-//   "AXPosition"    AXValue point: the top-left corner, from the primary
-//                   screen's top-left corner with y growing down
-//   "AXSize"        AXValue size
-//   "AXTitle"       string; empty when missing
-//   "AXFullScreen"  bool; false when missing
-//   "AXMaximized"   bool; false when missing, as on a platform without the
-//                   state. Writing false must leave the restored frame
-//                   readable at once; the core reads it live.
-// A window whose subrole, position or size is missing or of another type
-// is not listed. These reads may be answered from a snapshot that
-// runningApplications() takes. Once the core has written to an element its
-// reads must be live: it polls "AXFullScreen" after writing it, until the
-// window reports the state asked for, and reads the frame of a window it
-// has just taken out of full screen.
-//
-// A frame is written as "AXSize", "AXPosition", "AXSize" on one element, back
-// to back with equal sizes (the second because an application may clamp the
-// size to its old display); a platform may send them as one move-and-resize.
-// "AXFullScreen" is written as a bool.
+// Other applications and their windows. Every call may wait on other
+// processes (or on the window manager), so none is made on the main thread;
+// calls come from background threads, from two at once when a layout
+// snapshot overlaps a move. A window that has gone answers nothing: reads
+// give nullopt or false and writes do nothing, never an error the core must
+// tell apart. A window handed out by list() may be written and read for as
+// long as the core holds it; it need not be listed again first.
 class WindowAccess {
   public:
     virtual ~WindowAccess() = default;
 
-    // Every process with a user interface; the core picks the regular ones.
-    virtual std::vector<AppRef> runningApplications() = 0;
-    virtual std::optional<std::string> ownBundleIdentifier() = 0;
-    // All windows of all spaces, desktop elements left out; nullopt when the
-    // query fails. The scan looks for entries of layer 0, at least 40 by 40,
-    // whose number getWindow() answers for one of the application's elements.
-    virtual std::optional<std::vector<WindowListEntry>> windowList() = 0;
+    // The identifier this program runs under, so that its own windows are
+    // never moved; nullopt when the platform cannot tell.
+    virtual std::optional<std::string> ownIdentifier() = 0;
+    // The movable windows of the running applications `wanted` accepts, in
+    // the platform's order of applications and, within one, of windows.
+    // Movable: a normal top-level window (no dialog, panel or desktop), not
+    // minimized, with a frame. `wanted` is asked once per application before
+    // its windows are read, so that a platform whose reads cost time spends
+    // none on the applications the core leaves out. A window whose frame
+    // cannot be read is left out; a missing title reads as empty.
+    virtual std::vector<AppWindow> list(const std::function<bool(const RunningApp&)>& wanted) = 0;
 
-    virtual AXElement createApplication(int32_t pid) = 0;
-    // How long a call on this element may wait for its process; 0 restores the default.
-    virtual AXError setMessagingTimeout(const AXElement& element, double seconds) = 0;
-    virtual AXError copyAttribute(const AXElement& element, const std::string& name,
-                                  AXAttribute& value) = 0;
-    virtual AXError setAttribute(const AXElement& element, const std::string& name,
-                                 const AXAttribute& value) = 0;
-
-    // The two optional functions: whether each is found, asked once by the
-    // core. A platform without them is listed through "AXWindows" alone.
-    virtual bool lookupCreateWithRemoteToken() = 0;
-    virtual bool lookupGetWindow() = 0;
-    virtual AXElement createWithRemoteToken(const RemoteToken& token) = 0;
-    virtual AXError getWindow(const AXElement& element, uint32_t& windowNumber) = 0;
+    // Puts a window at `frame` (top-left global space): the frame with the
+    // window manager's decoration, whole points. The window may clamp or
+    // refuse it; a full-screen window keeps its frame. Returns once the
+    // request is on its way, not once the window got there.
+    virtual void place(const WindowRef& window, const Rect& frame) = 0;
+    // The same for many windows, in order, for platforms where one call is
+    // much cheaper than many.
+    virtual void placeAll(const std::vector<Placing>& batch) {
+        for (const auto& p : batch)
+            place(p.window, p.frame);
+    }
+    // Asks for full screen on or off and waits until the window reports that
+    // state and has finished getting there (about a second at most when it
+    // obeys, a few when it does not); false when it did not in time.
+    virtual bool setFullscreen(const WindowRef& window, bool on) = 0;
+    // Nothing on a platform without the state. Leaving it returns once the
+    // window's own frame is back, so that a frame read or written next holds.
+    virtual void setMaximized(const WindowRef& window, bool on) = 0;
+    // The window's frame now, read from the window itself and not from the
+    // last listing; nullopt when it has gone or cannot tell.
+    virtual std::optional<Rect> frame(const WindowRef& window) = 0;
 };
 
 } // namespace tarnwick

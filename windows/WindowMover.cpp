@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
-#include <set>
 #include <unordered_set>
 
 namespace tarnwick {
@@ -19,160 +17,16 @@ Rect nearestWhole(const Rect& r) {
 
 } // namespace
 
-template <>
-std::optional<std::string> WindowMover::attr(const AXElement& el, const std::string& name) {
-    AXAttribute v;
-    if (ax_.copyAttribute(el, name, v) != axSuccess) return std::nullopt;
-    if (auto* s = std::get_if<std::string>(&v)) return *s;
-    return std::nullopt;
-}
-
-template <> std::optional<bool> WindowMover::attr(const AXElement& el, const std::string& name) {
-    AXAttribute v;
-    if (ax_.copyAttribute(el, name, v) != axSuccess) return std::nullopt;
-    if (auto* b = std::get_if<bool>(&v)) return *b;
-    return std::nullopt;
-}
-
-std::optional<AXValue> WindowMover::axValue(const AXElement& el, const std::string& name) {
-    AXAttribute v;
-    if (ax_.copyAttribute(el, name, v) != axSuccess) return std::nullopt;
-    if (auto* a = std::get_if<AXValue>(&v)) return *a;
-    return std::nullopt;
-}
-
-void WindowMover::setFrame(const AXElement& el, const Rect& frame) {
-    const AXValue position{AXValueType::point, frame.x, frame.y};
-    const AXValue size{AXValueType::size, frame.w, frame.h};
-    // Size first so the position fits on the new display, and again after the
-    // move because an application may clamp the size to its old display.
-    ax_.setAttribute(el, "AXSize", size);
-    ax_.setAttribute(el, "AXPosition", position);
-    ax_.setAttribute(el, "AXSize", size);
-}
-
-bool WindowMover::setFullscreen(const AXElement& el, bool on) {
-    ax_.setAttribute(el, "AXFullScreen", on);
-    for (int poll = 0; poll < 50; ++poll) {
-        dispatch_.sleep(0.1);
-        auto state = attr<bool>(el, "AXFullScreen");
-        if (state && *state == on) {
-            // The animation goes on after the attribute flips; let it finish
-            // before the window is touched again.
-            dispatch_.sleep(0.9);
-            return true;
-        }
-    }
-    return false;
-}
-
-RemoteToken WindowMover::remoteToken(int32_t pid, uint64_t elementId) {
-    RemoteToken token{};
-    auto putLE = [&](size_t at, uint64_t v, size_t width) {
-        for (size_t i = 0; i < width; ++i)
-            token[at + i] = static_cast<uint8_t>(v >> (8 * i));
-    };
-    putLE(0, static_cast<uint32_t>(pid), 4);
-    putLE(8, 0x636F636F, 4);
-    putLE(12, elementId, 8);
-    return token;
-}
-
-void WindowMover::resolvePrivate() {
-    std::call_once(resolved_, [this] {
-        createWithRemoteToken_ = ax_.lookupCreateWithRemoteToken();
-        getWindowID_ = ax_.lookupGetWindow();
-    });
-}
-
-AXElement WindowMover::axElement(int32_t pid, uint64_t elementId) {
-    auto token = remoteToken(pid, elementId);
-    resolvePrivate();
-    if (!createWithRemoteToken_) return nullptr;
-    return ax_.createWithRemoteToken(token);
-}
-
-std::vector<AXElement> WindowMover::scan(int32_t pid, const std::vector<WindowListEntry>& list) {
-    std::set<uint32_t> wanted;
-    for (const auto& e : list) {
-        if (!e.ownerPid || *e.ownerPid != pid) continue;
-        if (!e.layer || *e.layer != 0) continue;
-        if (!e.bounds || e.bounds->w < 40 || e.bounds->h < 40) continue;
-        if (!e.number) continue;
-        wanted.insert(static_cast<uint32_t>(*e.number));
-    }
-    resolvePrivate();
-    std::vector<AXElement> found;
-    for (uint64_t id = 0; id < scanLimit && !wanted.empty(); ++id) {
-        auto el = axElement(pid, id);
-        if (!el) continue;
-        uint32_t number = 0;
-        if (!getWindowID_ || ax_.getWindow(el, number) != axSuccess) continue;
-        if (wanted.erase(number)) found.push_back(std::move(el));
-    }
-    return found;
-}
-
-std::optional<Rect> WindowMover::readFrame(const AXElement& el) {
-    auto pos = axValue(el, "AXPosition");
-    if (!pos || pos->type != AXValueType::point) return std::nullopt;
-    auto size = axValue(el, "AXSize");
-    if (!size || size->type != AXValueType::size) return std::nullopt;
-    return Rect{pos->a, pos->b, size->a, size->b};
-}
-
-std::vector<AXWindow> WindowMover::windows() {
+std::vector<AppWindow> WindowMover::windows() {
     const auto excludedList = prefs_.excluded();
     const std::unordered_set<std::string> excluded(excludedList.begin(), excludedList.end());
-    // The application list comes first: a platform may take its snapshot of
-    // the desktop there and answer the rest of the listing from it.
-    const auto apps = ax_.runningApplications();
-    const auto own = ax_.ownBundleIdentifier();
-    resolvePrivate();
-    const bool scanning = createWithRemoteToken_ && getWindowID_;
-    // Only the scan reads the window server's list, and a platform without
-    // the scan may have no cheap way to give one.
-    const auto list = scanning ? ax_.windowList().value_or(std::vector<WindowListEntry>{})
-                               : std::vector<WindowListEntry>{};
-
-    std::vector<AXWindow> out;
-    for (const auto& app : apps) {
-        if (app->policy != ActivationPolicy::regular) continue;
-        if (!app->bundleIdentifier) continue;
-        if (excluded.count(*app->bundleIdentifier)) continue;
-        if (own && *app->bundleIdentifier == *own) continue;
-
-        std::vector<AXElement> elements;
-        if (scanning) {
-            // Finds windows on other desktop spaces too, which "AXWindows" leaves out.
-            elements = scan(app->pid, list);
-        } else {
-            auto appEl = ax_.createApplication(app->pid);
-            ax_.setMessagingTimeout(appEl, messagingTimeout);
-            AXAttribute v;
-            if (ax_.copyAttribute(appEl, "AXWindows", v) == axSuccess)
-                if (auto* els = std::get_if<std::vector<AXElement>>(&v)) elements = *els;
-        }
-        for (auto& el : elements) {
-            ax_.setMessagingTimeout(el, messagingTimeout);
-            if (attr<std::string>(el, "AXSubrole") != "AXStandardWindow") continue;
-            if (attr<bool>(el, "AXMinimized").value_or(false)) continue;
-            auto pos = axValue(el, "AXPosition");
-            if (!pos || pos->type != AXValueType::point) continue;
-            auto size = axValue(el, "AXSize");
-            if (!size || size->type != AXValueType::size) continue;
-            auto title = attr<std::string>(el, "AXTitle").value_or("");
-            bool fullscreen = attr<bool>(el, "AXFullScreen").value_or(false);
-            bool maximized = attr<bool>(el, "AXMaximized").value_or(false);
-            out.push_back({app,
-                           el,
-                           {pos->a, pos->b, size->a, size->b},
-                           std::move(title),
-                           fullscreen,
-                           maximized});
-        }
-    }
-    return out;
+    const auto own = windows_.ownIdentifier();
+    return windows_.list([&](const RunningApp& app) {
+        if (app.policy != ActivationPolicy::regular) return false;
+        if (!app.bundleIdentifier) return false;
+        if (excluded.count(*app.bundleIdentifier)) return false;
+        return !(own && *app.bundleIdentifier == *own);
+    });
 }
 
 Rect WindowMover::place(const Rect& W, const Rect& S, const Rect& T, Placement placement) {
@@ -230,14 +84,14 @@ bool WindowMover::destinationPresent(uint32_t id) {
 
 WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vector<Display>& in,
                                              Placement placement,
-                                             const std::optional<std::vector<AXWindow>>& only,
+                                             const std::optional<std::vector<AppWindow>>& only,
                                              const Progress& progress) {
-    const std::vector<AXWindow> list = only ? *only : windows();
+    const std::vector<AppWindow> list = only ? *only : windows();
     MoveResult result;
     if (list.empty()) return result;
     const auto total = static_cast<int64_t>(list.size());
     for (int64_t i = 0; i < total; ++i) {
-        const AXWindow& w = list[static_cast<size_t>(i)];
+        const AppWindow& w = list[static_cast<size_t>(i)];
         // Checked before every window, so an unplug midway stops within one window.
         if (!destinationPresent(to.id)) {
             result.targetLost = true;
@@ -261,24 +115,25 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
             }
             auto frame = landing(w.frame, source->visible, to.visible, rule);
             if (!frame) continue;
-            setFrame(w.el, *frame);
+            windows_.place(w.ref, *frame);
             ++result.moved;
             continue;
         }
         if (on && on->id == to.id) continue;
         if (!prefs_.moveFullscreen()) continue;
-        if (!setFullscreen(w.el, false)) continue;
+        if (!windows_.setFullscreen(w.ref, false)) continue;
         // Leaving full screen takes about a second, long enough for the
         // destination to go; the window then goes back where it was.
         const bool lost = !destinationPresent(to.id);
-        if (auto frame = lost ? std::nullopt : readFrame(w.el)) {
+        if (auto frame = lost ? std::nullopt : windows_.frame(w.ref)) {
             auto from = Displays::containing(*frame, in).value_or(*source);
             if (auto landed = landing(*frame, from.visible, to.visible, placement)) {
-                setFrame(w.el, *landed);
+                windows_.place(w.ref, *landed);
                 ++result.moved;
             }
         }
-        if (!setFullscreen(w.el, true) && !setFullscreen(w.el, true)) ++result.leftWindowed;
+        if (!windows_.setFullscreen(w.ref, true) && !windows_.setFullscreen(w.ref, true))
+            ++result.leftWindowed;
         if (lost) {
             result.targetLost = true;
             return result;
@@ -287,23 +142,19 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
     return result;
 }
 
-bool WindowMover::moveMaximized(const AXWindow& w, const Display& source, const Display& to,
+bool WindowMover::moveMaximized(const AppWindow& w, const Display& source, const Display& to,
                                 const std::vector<Display>& in, Placement placement) {
     // The window manager keeps a maximized window's size and would maximize
     // it again where it stood: it comes out of the state, its own frame is
     // placed like any window's, and it is maximized again where it landed.
-    setMaximized(w.el, false);
-    const Rect frame = readFrame(w.el).value_or(w.frame);
+    windows_.setMaximized(w.ref, false);
+    const Rect frame = windows_.frame(w.ref).value_or(w.frame);
     const auto on = Displays::containing(frame, in);
     const Placement rule = on || placement == Placement::fill ? placement : Placement::keepSize;
     const auto landed = landing(frame, on.value_or(source).visible, to.visible, rule);
-    if (landed) setFrame(w.el, *landed);
-    setMaximized(w.el, true);
+    if (landed) windows_.place(w.ref, *landed);
+    windows_.setMaximized(w.ref, true);
     return landed.has_value();
-}
-
-void WindowMover::setMaximized(const AXElement& el, bool on) {
-    ax_.setAttribute(el, "AXMaximized", on);
 }
 
 std::string WindowMover::MoveResult::summary(const std::string& to) const {

@@ -9,7 +9,7 @@
 #include "platform/linux/QtDispatch.h"
 #include "platform/linux/XdgDefaults.h"
 #include "platform/x11/X11Screens.h"
-#include "platform/x11/X11WindowAccess.h"
+#include "platform/x11/X11Windows.h"
 #include "platform/x11/XConnection.h"
 #include "prefs/Prefs.h"
 #include "windows/WindowMover.h"
@@ -146,8 +146,8 @@ int main(int argc, char** argv) {
     XdgDefaults defaults(dir.string(), log);
     Prefs prefs(defaults, login, log);
     DesktopEntries entries;
-    X11WindowAccess access(std::move(background), screens, entries, dispatch, log, getpid(),
-                           "org.tarnwick.Bench");
+    X11Windows access(std::move(background), screens, entries, dispatch, log, getpid(),
+                      "org.tarnwick.Bench");
     WindowMover mover(access, screens, dispatch, prefs);
     const auto displays = Displays::all(screens);
 

@@ -1,5 +1,7 @@
 #include "platform/sim/SimDesktop.h"
 
+#include "platform/ax/AXWindows.h"
+
 #include "platform/sim/SimAudio.h"
 #include "platform/sim/SimDefaults.h"
 #include "platform/sim/SimFiles.h"
@@ -26,6 +28,7 @@ struct SimDesktop::Ports {
         , audio(w)
         , log(w)
         , windows(w)
+        , windowPort(windows, w.dispatch)
         , files(w)
         , processes(w)
         , workspace(w)
@@ -39,6 +42,7 @@ struct SimDesktop::Ports {
     SimAudio audio;
     SimSystemLog log;
     SimWindowAccess windows;
+    ax::AXWindows windowPort; // what the core sees of `windows`
     SimFiles files;
     SimProcesses processes;
     SimWorkspace workspace;
@@ -57,8 +61,8 @@ SimDesktop::~SimDesktop() = default;
 
 Platform SimDesktop::platform() {
     auto& p = *ports_;
-    return {world_->dispatch, p.screens,   p.notifications, p.defaults, p.login,
-            p.trust,          p.audio,     p.log,           p.windows,  p.files,
+    return {world_->dispatch, p.screens,   p.notifications, p.defaults,   p.login,
+            p.trust,          p.audio,     p.log,           p.windowPort, p.files,
             p.processes,      p.workspace, p.surfaces};
 }
 
@@ -121,6 +125,9 @@ SimDesktop::operator SystemLog&() {
     return ports_->log;
 }
 SimDesktop::operator WindowAccess&() {
+    return ports_->windowPort;
+}
+SimDesktop::operator ax::AXApi&() {
     return ports_->windows;
 }
 SimDesktop::operator Files&() {
@@ -142,21 +149,21 @@ std::vector<AppRef> SimDesktop::runningApplications() {
 std::optional<std::string> SimDesktop::ownBundleIdentifier() {
     return ports_->windows.ownBundleIdentifier();
 }
-std::optional<std::vector<WindowListEntry>> SimDesktop::windowList() {
+std::optional<std::vector<ax::WindowListEntry>> SimDesktop::windowList() {
     return ports_->windows.windowList();
 }
-AXElement SimDesktop::createApplication(int32_t pid) {
+ax::AXElement SimDesktop::createApplication(int32_t pid) {
     return ports_->windows.createApplication(pid);
 }
-AXError SimDesktop::setMessagingTimeout(const AXElement& element, double seconds) {
+ax::AXError SimDesktop::setMessagingTimeout(const ax::AXElement& element, double seconds) {
     return ports_->windows.setMessagingTimeout(element, seconds);
 }
-AXError SimDesktop::copyAttribute(const AXElement& element, const std::string& name,
-                                  AXAttribute& value) {
+ax::AXError SimDesktop::copyAttribute(const ax::AXElement& element, const std::string& name,
+                                      ax::AXAttribute& value) {
     return ports_->windows.copyAttribute(element, name, value);
 }
-AXError SimDesktop::setAttribute(const AXElement& element, const std::string& name,
-                                 const AXAttribute& value) {
+ax::AXError SimDesktop::setAttribute(const ax::AXElement& element, const std::string& name,
+                                     const ax::AXAttribute& value) {
     return ports_->windows.setAttribute(element, name, value);
 }
 bool SimDesktop::lookupCreateWithRemoteToken() {
@@ -165,10 +172,10 @@ bool SimDesktop::lookupCreateWithRemoteToken() {
 bool SimDesktop::lookupGetWindow() {
     return ports_->windows.lookupGetWindow();
 }
-AXElement SimDesktop::createWithRemoteToken(const RemoteToken& token) {
+ax::AXElement SimDesktop::createWithRemoteToken(const ax::RemoteToken& token) {
     return ports_->windows.createWithRemoteToken(token);
 }
-AXError SimDesktop::getWindow(const AXElement& element, uint32_t& windowNumber) {
+ax::AXError SimDesktop::getWindow(const ax::AXElement& element, uint32_t& windowNumber) {
     return ports_->windows.getWindow(element, windowNumber);
 }
 

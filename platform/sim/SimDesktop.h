@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ax/AXApi.h"
 #include "platform/sim/SimControl.h"
 #include "platform/sim/SimDispatch.h"
 #include "platform/sim/SimWorld.h"
@@ -83,19 +84,21 @@ class SimDesktop : public SimControl {
     operator Workspace&();
     operator Surfaces&();
 
-    // Window access called on the desktop itself, for tests that wrap it.
+    // The accessibility interface called on the desktop itself, for tests that wrap it.
+    operator ax::AXApi&();
     std::vector<AppRef> runningApplications();
     std::optional<std::string> ownBundleIdentifier();
-    std::optional<std::vector<WindowListEntry>> windowList();
-    AXElement createApplication(int32_t pid);
-    AXError setMessagingTimeout(const AXElement& element, double seconds);
-    AXError copyAttribute(const AXElement& element, const std::string& name, AXAttribute& value);
-    AXError setAttribute(const AXElement& element, const std::string& name,
-                         const AXAttribute& value);
+    std::optional<std::vector<ax::WindowListEntry>> windowList();
+    ax::AXElement createApplication(int32_t pid);
+    ax::AXError setMessagingTimeout(const ax::AXElement& element, double seconds);
+    ax::AXError copyAttribute(const ax::AXElement& element, const std::string& name,
+                              ax::AXAttribute& value);
+    ax::AXError setAttribute(const ax::AXElement& element, const std::string& name,
+                             const ax::AXAttribute& value);
     bool lookupCreateWithRemoteToken();
     bool lookupGetWindow();
-    AXElement createWithRemoteToken(const RemoteToken& token);
-    AXError getWindow(const AXElement& element, uint32_t& windowNumber);
+    ax::AXElement createWithRemoteToken(const ax::RemoteToken& token);
+    ax::AXError getWindow(const ax::AXElement& element, uint32_t& windowNumber);
 
   private:
     struct Ports;

@@ -4,6 +4,8 @@
 
 namespace tarnwick::sim {
 
+using namespace tarnwick::ax;
+
 namespace {
 
 constexpr double defaultMessagingTimeout = 6.0;

@@ -17,7 +17,7 @@
 #include "platform/x11/X11Notifications.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/X11Trust.h"
-#include "platform/x11/X11WindowAccess.h"
+#include "platform/x11/X11Windows.h"
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XConnection.h"
 
@@ -106,8 +106,8 @@ int run(char** argv, const std::vector<std::string>& args, const std::string& ex
     // thread still talking to it; what the program keeps is already written.
     notifications.onConnectionLost = [] { std::_Exit(1); };
     DesktopEntries entries;
-    X11WindowAccess windows(std::move(background), screens, entries, dispatch, log, getpid(),
-                            X11Workspace::identifier);
+    X11Windows windows(std::move(background), screens, entries, dispatch, log, getpid(),
+                       X11Workspace::identifier);
     XdgDefaults defaults(xdgConfigHome() + "/tarnwick", log);
     XdgLoginItems login(xdgConfigHome(), executable);
     X11Trust trust(*main, log);

@@ -2,7 +2,7 @@
 
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/SessionBus.h"
-#include "platform/x11/X11WindowAccess.h"
+#include "platform/x11/X11Windows.h"
 #include "ports/Workspace.h"
 
 #include <functional>
@@ -22,7 +22,7 @@ class X11Workspace : public Workspace {
   public:
     static constexpr const char* identifier = "org.tarnwick.Tarnwick";
 
-    X11Workspace(X11WindowAccess& windows, DesktopEntries& entries, xdg::SessionBus& bus,
+    X11Workspace(X11Windows& windows, DesktopEntries& entries, xdg::SessionBus& bus,
                  std::string executable, std::string home)
         : windows_(windows)
         , entries_(entries)
@@ -47,7 +47,7 @@ class X11Workspace : public Workspace {
     std::optional<std::string> installGuide() override;
 
   private:
-    X11WindowAccess& windows_;
+    X11Windows& windows_;
     DesktopEntries& entries_;
     xdg::SessionBus& bus_;
     std::string executable_, home_;

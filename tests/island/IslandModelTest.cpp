@@ -11,16 +11,16 @@ const Display laptop{1, "Built-in", {0, 0, 1440, 900}, {0, 25, 1440, 875}, true}
 const Display monitorA{2, "A", {1440, 0, 1920, 1080}, {1440, 0, 1920, 1080}, false};
 const Display monitorB{3, "B", {3360, 0, 2560, 1440}, {3360, 0, 2560, 1440}, false};
 
-AXWindow window(const std::string& title, const Rect& frame) {
+AppWindow window(const std::string& title, const Rect& frame) {
     static auto app = std::make_shared<RunningApp>(RunningApp{.pid = 7, .localizedName = "Mail"});
     return {app, nullptr, frame, title};
 }
 
-AXWindow on(const Display& d, const std::string& title) {
+AppWindow on(const Display& d, const std::string& title) {
     return window(title, {d.frame.x + 10, d.frame.y + 10, 400, 300});
 }
 
-std::shared_ptr<IslandModel> chooser(const Display& target, std::vector<AXWindow> windows) {
+std::shared_ptr<IslandModel> chooser(const Display& target, std::vector<AppWindow> windows) {
     auto m = std::make_shared<IslandModel>(
         IslandModel::Seed{.target = target, .phase = IslandModel::Choosing{}},
         std::vector<Display>{laptop, monitorA, monitorB});

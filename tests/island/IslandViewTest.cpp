@@ -42,7 +42,7 @@ Island island(IslandModel::Phase phase, Size notch = {}, std::vector<Display> su
 Island chooser(size_t n, std::vector<Display> displays = {laptop, studio}) {
     auto i = island(IslandModel::Choosing{}, {}, {studio}, {}, std::move(displays));
     auto app = std::make_shared<RunningApp>(RunningApp{.pid = 9, .localizedName = "Notes"});
-    std::vector<AXWindow> windows;
+    std::vector<AppWindow> windows;
     for (size_t k = 0; k < n; ++k)
         windows.push_back({app, nullptr, {10, 10, 300, 200}, "Note " + std::to_string(k + 1)});
     i.m->setWindows(std::move(windows));

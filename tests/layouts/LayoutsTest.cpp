@@ -39,12 +39,12 @@ struct World : tarnwick::sim::SimEngine {
     void save() {
         offMain([&] { layouts.save(); });
     }
-    std::vector<AXWindow> windows() {
-        std::vector<AXWindow> list;
+    std::vector<AppWindow> windows() {
+        std::vector<AppWindow> list;
         offMain([&] { list = mover.windows(); });
         return list;
     }
-    RestoreResult restore(const std::vector<AXWindow>& list) {
+    RestoreResult restore(const std::vector<AppWindow>& list) {
         RestoreResult r;
         offMain([&] { r = layouts.restore(list); });
         return r;
@@ -62,7 +62,7 @@ SavedWindow saved(const std::string& bundle, const std::string& title, Rect f,
 const SavedScreen builtin{"Built-in@1440x900", 0, 0, 1440, 900};
 const SavedScreen desk{"Desk@2560x1440", 1440, 0, 2560, 1440};
 
-std::vector<std::string> titles(const std::vector<AXWindow>& list) {
+std::vector<std::string> titles(const std::vector<AppWindow>& list) {
     std::vector<std::string> out;
     for (const auto& w : list)
         out.push_back(w.title);
@@ -234,7 +234,7 @@ TEST(Layouts, RestoreUsesEachRecordOnceAndReportsTheRest) {
     w.window(10, "S", start);       // nothing left
     auto list = w.windows();
     // Listed by application: put them back in the order above.
-    std::vector<AXWindow> input;
+    std::vector<AppWindow> input;
     for (auto t : {"Y", "X", "Inbox", "Q", "R", "S"})
         for (const auto& x : list)
             if (x.title == t) input.push_back(x);
@@ -288,7 +288,7 @@ TEST(Layouts, RestoreWithoutAUsableEntry) {
         } else {
             ASSERT_EQ(titles(r.unmatched), titles(input));
             for (size_t i = 0; i < input.size(); ++i)
-                EXPECT_EQ(r.unmatched[i].el, input[i].el);
+                EXPECT_EQ(r.unmatched[i].ref, input[i].ref);
         }
         EXPECT_EQ(w.transcript.text().find("frame"), std::string::npos);
     }

@@ -155,7 +155,7 @@ TEST(QtDispatch, ShutdownDropsWorkWhoseDestructorPostsWithoutDeadlock) {
 // Other applications' windows that answer from any thread.
 class LockedWindows : public WindowAccess {
   public:
-    struct Win : AXElementObject {
+    struct Win : WindowHandle {
         Rect frame;
         std::string title;
     };
@@ -173,56 +173,29 @@ class LockedWindows : public WindowAccess {
             }
         }
     }
-    std::vector<AppRef> runningApplications() override { return apps_; }
-    std::optional<std::string> ownBundleIdentifier() override { return "org.tarnwick.Tarnwick"; }
-    std::optional<std::vector<WindowListEntry>> windowList() override { return {}; }
-    AXElement createApplication(int32_t pid) override {
-        auto el = std::make_shared<App>();
-        el->pid = pid;
-        return el;
-    }
-    AXError setMessagingTimeout(const AXElement&, double) override { return axSuccess; }
-    AXError copyAttribute(const AXElement& e, const std::string& name, AXAttribute& v) override {
+    std::optional<std::string> ownIdentifier() override { return "org.tarnwick.Tarnwick"; }
+    std::vector<AppWindow> list(const std::function<bool(const RunningApp&)>& wanted) override {
         std::lock_guard lock(mutex_);
-        if (auto* app = dynamic_cast<App*>(e.get())) {
-            std::vector<AXElement> list(windows_[app->pid].begin(), windows_[app->pid].end());
-            v = list;
-            return axSuccess;
+        std::vector<AppWindow> out;
+        for (const auto& app : apps_) {
+            if (!wanted(*app)) continue;
+            for (const auto& w : windows_[app->pid])
+                out.push_back({app, w, w->frame, w->title});
         }
-        auto* w = static_cast<Win*>(e.get());
-        if (name == "AXSubrole")
-            v = std::string("AXStandardWindow");
-        else if (name == "AXMinimized" || name == "AXFullScreen")
-            v = false;
-        else if (name == "AXPosition")
-            v = AXValue{AXValueType::point, w->frame.x, w->frame.y};
-        else if (name == "AXSize")
-            v = AXValue{AXValueType::size, w->frame.w, w->frame.h};
-        else if (name == "AXTitle")
-            v = w->title;
-        else
-            return axAttributeUnsupported;
-        return axSuccess;
+        return out;
     }
-    AXError setAttribute(const AXElement& e, const std::string& name,
-                         const AXAttribute& v) override {
+    void place(const WindowRef& window, const Rect& frame) override {
         std::lock_guard lock(mutex_);
-        auto* w = static_cast<Win*>(e.get());
-        if (const auto* a = std::get_if<AXValue>(&v)) {
-            if (name == "AXPosition") w->frame = {a->a, a->b, w->frame.w, w->frame.h};
-            if (name == "AXSize") w->frame = {w->frame.x, w->frame.y, a->a, a->b};
-        }
-        return axSuccess;
+        static_cast<Win*>(window.get())->frame = frame;
     }
-    bool lookupCreateWithRemoteToken() override { return false; }
-    bool lookupGetWindow() override { return false; }
-    AXElement createWithRemoteToken(const RemoteToken&) override { return nullptr; }
-    AXError getWindow(const AXElement&, uint32_t&) override { return axFailure; }
+    bool setFullscreen(const WindowRef&, bool) override { return false; }
+    void setMaximized(const WindowRef&, bool) override {}
+    std::optional<Rect> frame(const WindowRef& window) override {
+        std::lock_guard lock(mutex_);
+        return static_cast<Win*>(window.get())->frame;
+    }
 
   private:
-    struct App : AXElementObject {
-        int32_t pid = 0;
-    };
     std::mutex mutex_;
     std::vector<AppRef> apps_;
     std::map<int32_t, std::vector<std::shared_ptr<Win>>> windows_;

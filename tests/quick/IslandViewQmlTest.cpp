@@ -42,7 +42,7 @@ std::shared_ptr<IslandModel> chooser(size_t n, Size notch = {200, 32},
                                      std::vector<Display> displays = {laptop, studio}) {
     auto m = model(IslandModel::Choosing{}, notch, std::move(displays));
     auto app = std::make_shared<RunningApp>(RunningApp{.pid = 9, .localizedName = "Notes"});
-    std::vector<AXWindow> windows;
+    std::vector<AppWindow> windows;
     for (size_t k = 0; k < n; ++k)
         windows.push_back(
             {app, nullptr, {10, 10, 300, 200}, "Note " + std::to_string(k + 1), k == 0});

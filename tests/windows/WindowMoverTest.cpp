@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
 #include <set>
 
 using namespace tarnwick;
@@ -34,71 +35,15 @@ struct World : tarnwick::sim::SimEngine {
         EXPECT_TRUE(took) << "still blocked after 600 s";
         return took.value_or(-1);
     }
-    std::vector<AXWindow> windows() {
-        std::vector<AXWindow> list;
+    std::vector<AppWindow> windows() {
+        std::vector<AppWindow> list;
         blocking([&] { list = mover.windows(); });
         return list;
     }
 };
 
-std::vector<std::string> described(const std::vector<AXWindow>& list) {
-    std::vector<std::string> out;
-    for (const auto& w : list)
-        out.push_back(std::to_string(w.app->pid) + " " + w.title + (w.fullscreen ? " fs" : ""));
-    return out;
-}
-
 const Rect laptopVisible{0, 25, 1440, 875};
 const Rect deskVisible{1440, 25, 2560, 1415};
-
-// Passes everything through, but one attribute of every window fails to read
-// or reads as another type, as a half-answering application does.
-class HalfAnswering : public WindowAccess {
-  public:
-    HalfAnswering(SimDesktop& inner, std::string attribute, bool mistype)
-        : in_(inner)
-        , attribute_(std::move(attribute))
-        , mistype_(mistype) {}
-    std::vector<AppRef> runningApplications() override { return in_.runningApplications(); }
-    std::optional<std::string> ownBundleIdentifier() override { return in_.ownBundleIdentifier(); }
-    std::optional<std::vector<WindowListEntry>> windowList() override {
-        ++windowLists;
-        return in_.windowList();
-    }
-    AXElement createApplication(int32_t pid) override { return in_.createApplication(pid); }
-    AXError setMessagingTimeout(const AXElement& e, double s) override {
-        return in_.setMessagingTimeout(e, s);
-    }
-    AXError copyAttribute(const AXElement& e, const std::string& name, AXAttribute& v) override {
-        auto result = in_.copyAttribute(e, name, v);
-        if (name != attribute_) return result;
-        if (!mistype_) return axNoValue;
-        if (auto* value = std::get_if<AXValue>(&v))
-            value->type =
-                value->type == AXValueType::point ? AXValueType::size : AXValueType::point;
-        else if (std::holds_alternative<bool>(v))
-            v = std::string("1");
-        else
-            v = true;
-        return result;
-    }
-    AXError setAttribute(const AXElement& e, const std::string& n, const AXAttribute& v) override {
-        return in_.setAttribute(e, n, v);
-    }
-    bool lookupCreateWithRemoteToken() override { return in_.lookupCreateWithRemoteToken(); }
-    bool lookupGetWindow() override { return in_.lookupGetWindow(); }
-    AXElement createWithRemoteToken(const RemoteToken& t) override {
-        return in_.createWithRemoteToken(t);
-    }
-    AXError getWindow(const AXElement& e, uint32_t& n) override { return in_.getWindow(e, n); }
-
-    int windowLists = 0;
-
-  private:
-    SimDesktop& in_;
-    std::string attribute_;
-    bool mistype_;
-};
 
 } // namespace
 
@@ -263,105 +208,6 @@ TEST(WindowMover, Summary) {
                                                    "stopped because the display was disconnected");
 }
 
-TEST(WindowMover, RemoteToken) {
-    const RemoteToken want{0xF5, 0x01, 0, 0, 0, 0, 0, 0, 0x6F, 0x63,
-                           0x6F, 0x63, 7, 0, 0, 0, 0, 0, 0,    0};
-    EXPECT_EQ(WindowMover::remoteToken(501, 7), want);
-    auto t = WindowMover::remoteToken(-2, 0x0102030405060708);
-    EXPECT_EQ(std::vector<uint8_t>(t.begin(), t.begin() + 8),
-              (std::vector<uint8_t>{0xFE, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0}));
-    EXPECT_EQ(std::vector<uint8_t>(t.begin() + 12, t.end()),
-              (std::vector<uint8_t>{8, 7, 6, 5, 4, 3, 2, 1}));
-}
-
-TEST(WindowMover, UnreadableAttributes) {
-    struct Case {
-        std::string attribute;
-        bool mistype;
-        std::vector<std::string> want;
-    };
-    const std::vector<Case> cases{
-        {"", false, {"10 Plain fs"}},
-        {"AXTitle", true, {"10  fs"}},
-        {"AXFullScreen", false, {"10 Plain"}},
-        {"AXFullScreen", true, {"10 Plain"}},
-        {"AXMinimized", false, {"10 Plain fs", "10 Min"}},
-        {"AXSubrole", true, {}},
-        {"AXPosition", true, {}},
-        {"AXSize", false, {}},
-    };
-    for (const auto& c : cases) {
-        World w;
-        w.app(10, "Notes", "com.example.notes");
-        w.window({.pid = 10, .title = "Plain", .frame = {0, 25, 800, 600}, .fullscreen = true});
-        w.window({.pid = 10, .title = "Min", .frame = {0, 25, 800, 600}, .minimized = true});
-        HalfAnswering access(w.desk, c.attribute, c.mistype);
-        WindowMover mover(access, w.desk, w.dispatch, w.prefs);
-        std::vector<AXWindow> list;
-        w.blocking([&] { list = mover.windows(); });
-        EXPECT_EQ(described(list), c.want) << c.attribute << " mistyped " << c.mistype;
-    }
-}
-
-// A platform without the scan may have no window server's list worth asking for.
-TEST(WindowMover, AsksForTheWindowServersListOnlyToScan) {
-    for (bool privateFunctions : {true, false}) {
-        World w;
-        w.desk.setPrivateFunctions(privateFunctions);
-        w.app(10, "Notes", "com.example.notes");
-        w.window({.pid = 10, .title = "Doc", .frame = {0, 25, 800, 600}});
-        HalfAnswering access(w.desk, "", false);
-        WindowMover mover(access, w.desk, w.dispatch, w.prefs);
-        std::vector<AXWindow> list;
-        w.blocking([&] { list = mover.windows(); });
-        EXPECT_EQ(described(list), std::vector<std::string>{"10 Doc"}) << privateFunctions;
-        EXPECT_EQ(access.windowLists, privateFunctions ? 1 : 0);
-    }
-}
-
-TEST(WindowMover, ASlowApplicationCostsHalfASecondPerRead) {
-    for (bool privateFunctions : {true, false}) {
-        World w;
-        w.desk.setPrivateFunctions(privateFunctions);
-        w.app(10, "Busy", "com.example.busy", ActivationPolicy::regular, true);
-        w.window({.pid = 10, .title = "One", .frame = {0, 25, 800, 600}});
-        w.window({.pid = 10, .title = "Two", .frame = {0, 25, 800, 600}});
-        w.app(11, "Notes", "com.example.notes");
-        w.window({.pid = 11, .title = "Doc", .frame = {0, 25, 800, 600}});
-        std::vector<AXWindow> list;
-        auto took = w.blocking([&] { list = w.mover.windows(); });
-        EXPECT_EQ(described(list), std::vector<std::string>{"11 Doc"});
-        // Scanning finds both elements and each fails its first read; without
-        // the scan only the application's window list is asked for, once.
-        EXPECT_EQ(took, SimDispatch::micros(privateFunctions ? 1.0 : 0.5));
-    }
-}
-
-TEST(WindowMover, SetFullscreenPollsUntilTheStateIsReached) {
-    World w;
-    w.app(10, "Player", "com.example.player");
-    const Rect f{0, 25, 800, 600};
-    w.window({.pid = 10, .title = "Quick", .frame = f, .fullscreen = true, .leave = 0});
-    w.window({.pid = 10, .title = "Later", .frame = f, .fullscreen = true, .leave = 0.35});
-    w.window({.pid = 10, .title = "Stuck", .frame = f, .fullscreen = true, .leave = std::nullopt});
-    const auto list = w.windows();
-    ASSERT_EQ(list.size(), 3u);
-
-    struct Case {
-        size_t index;
-        bool want;
-        double seconds;
-    };
-    // Found at the first poll: 0.1 s, then 0.9 s for the animation. At the
-    // fourth: 0.4 + 0.9. Never: 50 polls of 0.1 s and nothing more.
-    for (auto c : std::vector<Case>{{0, true, 1.0}, {1, true, 1.3}, {2, false, 5.0}}) {
-        bool got = !c.want;
-        auto took = w.blocking([&] { got = w.mover.setFullscreen(list[c.index].el, false); });
-        EXPECT_EQ(got, c.want) << list[c.index].title;
-        EXPECT_EQ(took, SimDispatch::micros(c.seconds)) << list[c.index].title;
-    }
-}
-
 TEST(WindowMover, MoveAllStopsWhenTheDestinationGoes) {
     World w;
     auto displays = w.laptopAndDesk();
@@ -383,7 +229,7 @@ TEST(WindowMover, MoveAllStopsWhenTheDestinationGoes) {
     EXPECT_TRUE(reported.empty());
     // With nothing to move the destination is not even asked about.
     w.blocking([&] {
-        r = w.mover.moveAll(displays[1], displays, Placement::fill, std::vector<AXWindow>{});
+        r = w.mover.moveAll(displays[1], displays, Placement::fill, std::vector<AppWindow>{});
     });
     EXPECT_FALSE(r.targetLost || r.moved || r.leftWindowed);
     EXPECT_EQ(w.transcript.text(), "");
@@ -470,61 +316,55 @@ TEST(WindowMover, MoveAllPlacesWindowsAndSkipsThoseAlreadyThere) {
 // A window manager's maximized state over the simulated desktop: the windows
 // named are maximized to the usable area they stand on, and their own frame
 // comes back when they leave the state.
-class Maximizing : public HalfAnswering {
+class Maximizing : public WindowAccess {
   public:
-    Maximizing(SimDesktop& inner, std::set<std::string> maximized, Rect area)
-        : HalfAnswering(inner, "-", false)
-        , in_(inner)
+    Maximizing(WindowAccess& inner, std::set<std::string> maximized, Rect area)
+        : in_(inner)
         , maximized_(std::move(maximized))
         , area_(area) {}
-    AXError copyAttribute(const AXElement& e, const std::string& name, AXAttribute& v) override {
-        const bool on = maximized_.count(title(e)) > 0;
-        if (name == "AXMaximized") {
-            v = on;
-            return axSuccess;
+    std::optional<std::string> ownIdentifier() override { return in_.ownIdentifier(); }
+    std::vector<AppWindow> list(const std::function<bool(const RunningApp&)>& wanted) override {
+        auto listed = in_.list(wanted);
+        for (auto& w : listed) {
+            titles_[w.ref.get()] = w.title;
+            if (maximized_.count(w.title)) {
+                w.maximized = true;
+                w.frame = area_;
+            }
         }
-        if (on && name == "AXPosition") {
-            v = AXValue{AXValueType::point, area_.x, area_.y};
-            return axSuccess;
-        }
-        if (on && name == "AXSize") {
-            v = AXValue{AXValueType::size, area_.w, area_.h};
-            return axSuccess;
-        }
-        return HalfAnswering::copyAttribute(e, name, v);
+        return listed;
     }
-    AXError setAttribute(const AXElement& e, const std::string& n, const AXAttribute& v) override {
-        if (n != "AXMaximized") {
-            if (maximized_.count(title(e))) log.push_back(title(e) + " written while maximized");
-            return HalfAnswering::setAttribute(e, n, v);
-        }
-        const auto t = title(e);
-        if (std::get<bool>(v)) {
-            AXAttribute pos, size;
-            in_.copyAttribute(e, "AXPosition", pos);
-            in_.copyAttribute(e, "AXSize", size);
-            const auto p = std::get<AXValue>(pos), s = std::get<AXValue>(size);
-            log.push_back(t + " maximized from " + std::to_string(int(p.a)) + "," +
-                          std::to_string(int(p.b)) + " " + std::to_string(int(s.a)) + "x" +
-                          std::to_string(int(s.b)));
+    void place(const WindowRef& window, const Rect& frame) override {
+        if (maximized_.count(titles_[window.get()]))
+            log.push_back(titles_[window.get()] + " written while maximized");
+        in_.place(window, frame);
+    }
+    bool setFullscreen(const WindowRef& window, bool on) override {
+        return in_.setFullscreen(window, on);
+    }
+    void setMaximized(const WindowRef& window, bool on) override {
+        const auto t = titles_[window.get()];
+        if (on) {
+            const auto f = in_.frame(window).value();
+            log.push_back(t + " maximized from " + std::to_string(int(f.x)) + "," +
+                          std::to_string(int(f.y)) + " " + std::to_string(int(f.w)) + "x" +
+                          std::to_string(int(f.h)));
             maximized_.insert(t);
         } else {
             log.push_back(t + " restored");
             maximized_.erase(t);
         }
-        return axSuccess;
+    }
+    std::optional<Rect> frame(const WindowRef& window) override {
+        if (maximized_.count(titles_[window.get()])) return area_;
+        return in_.frame(window);
     }
     std::vector<std::string> log;
 
   private:
-    std::string title(const AXElement& e) {
-        AXAttribute v;
-        in_.copyAttribute(e, "AXTitle", v);
-        auto* s = std::get_if<std::string>(&v);
-        return s ? *s : "";
-    }
-    SimDesktop& in_;
+    WindowAccess& in_;
     std::set<std::string> maximized_;
+    std::map<const WindowHandle*, std::string> titles_;
     Rect area_;
 };
 
@@ -540,7 +380,7 @@ TEST(WindowMover, AMaximizedWindowMovesMaximized) {
         w.window({.pid = 10, .title = "There", .frame = {1600, 100, 800, 600}});
         Maximizing access(w.desk, {"Big", "There"}, laptopVisible);
         WindowMover mover(access, w.desk, w.dispatch, w.prefs);
-        std::vector<AXWindow> list;
+        std::vector<AppWindow> list;
         w.blocking([&] { list = mover.windows(); });
         ASSERT_EQ(list.size(), 3u);
         EXPECT_TRUE(list[0].maximized);

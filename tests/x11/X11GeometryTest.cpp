@@ -3,7 +3,7 @@
 #include "displays/Displays.h"
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/X11Trust.h"
-#include "platform/x11/X11WindowAccess.h"
+#include "platform/x11/X11Windows.h"
 #include "platform/x11/X11Workspace.h"
 
 #include <gtest/gtest.h>
@@ -124,7 +124,7 @@ TEST(X11Screens, ADisplayKeepsItsNumberThroughAReplug) {
     EXPECT_EQ(n.number("monitor VIRTUAL", 0x1f0), 0x1f0u);
 }
 
-TEST(X11WindowAccess, StringPropertiesAreLatin1) {
+TEST(X11Windows, StringPropertiesAreLatin1) {
     // "Café" as WM_CLASS carries it: one byte 0xE9, which is not UTF-8.
     const char bytes[] = {'C', 'a', 'f', static_cast<char>(0xE9)};
     EXPECT_EQ(latin1ToUtf8(bytes, sizeof bytes), "Caf\xC3\xA9");

@@ -8,6 +8,7 @@
 #include "ports/WindowAccess.h"
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -37,35 +38,28 @@ struct WindowFacts {
 // Latin-1 bytes (X11's STRING type) as UTF-8.
 std::string latin1ToUtf8(const char* bytes, size_t length);
 
-// Other applications' windows on an EWMH desktop. A listing starts with
-// runningApplications(): every client window's properties come in one
-// pipelined batch and the attribute reads of that listing are answered from
-// it. Once a window has been written to, its reads go to the server again,
-// so that the mover's polling sees the window as it is now.
+// Other applications' windows on an EWMH desktop. A listing reads every
+// client window's properties in one pipelined batch and keeps them: writes
+// to a listed window take its decoration and state from there, while
+// frame() and the wait for full screen ask the server again.
 //
 // Called from any thread. The log is the main thread's: lines written on
 // other threads reach it through the dispatch.
-class X11WindowAccess : public WindowAccess {
+class X11Windows : public WindowAccess {
   public:
-    X11WindowAccess(std::unique_ptr<XConnection> x, X11Screens& screens, DesktopEntries& entries,
-                    Dispatch& dispatch, SystemLog& log, int32_t ownPid, std::string ownIdentifier);
+    X11Windows(std::unique_ptr<XConnection> x, X11Screens& screens, DesktopEntries& entries,
+               Dispatch& dispatch, SystemLog& log, int32_t ownPid, std::string ownIdentifier);
 
-    std::vector<AppRef> runningApplications() override;
-    std::optional<std::string> ownBundleIdentifier() override { return ownIdentifier_; }
-    std::optional<std::vector<WindowListEntry>> windowList() override;
-
-    AXElement createApplication(int32_t pid) override;
-    AXError setMessagingTimeout(const AXElement&, double) override { return axSuccess; }
-    AXError copyAttribute(const AXElement& element, const std::string& name,
-                          AXAttribute& value) override;
-    AXError setAttribute(const AXElement& element, const std::string& name,
-                         const AXAttribute& value) override;
-
-    // X11 offers nothing like them: the core asks "AXWindows".
-    bool lookupCreateWithRemoteToken() override { return false; }
-    bool lookupGetWindow() override { return false; }
-    AXElement createWithRemoteToken(const RemoteToken&) override { return nullptr; }
-    AXError getWindow(const AXElement&, uint32_t&) override { return axFailure; }
+    std::optional<std::string> ownIdentifier() override { return ownIdentifier_; }
+    std::vector<AppWindow> list(const std::function<bool(const RunningApp&)>& wanted) override;
+    void place(const WindowRef& window, const Rect& frame) override;
+    void placeAll(const std::vector<Placing>& batch) override;
+    // Polls every 0.1 s, at most 50 times, until the window has the state
+    // and (on) covers a whole monitor, then lets 0.9 s pass before it is
+    // touched again.
+    bool setFullscreen(const WindowRef& window, bool on) override;
+    void setMaximized(const WindowRef& window, bool on) override;
+    std::optional<Rect> frame(const WindowRef& window) override;
 
     // The applications with windows, without starting a listing (for the
     // settings window's list, on the main thread).
@@ -83,14 +77,17 @@ class X11WindowAccess : public WindowAccess {
     std::vector<AppRef> group(const std::vector<WindowFacts>& windows);
     const WindowFacts* factsFor(xcb_window_t id, bool live);
     // `lock` holds mutex_; it is let go while a maximized window is waited for.
-    void sendFrame(std::unique_lock<std::mutex>& lock, xcb_window_t id, const WindowFacts& facts,
-                   std::optional<Point> position, std::optional<Size> size);
+    void sendFrame(std::unique_lock<std::mutex>& lock, xcb_window_t id, const Rect& frame);
+    void changeState(xcb_window_t id, bool add, xcb_atom_t first, xcb_atom_t second);
     void logQueuedErrors();
     void log(std::string line);
     // Waits (at most 0.3 s) for a window to leave the maximized state and
     // gives the decoration it has then. Other calls go on meanwhile: `lock`
     // is released between the reads.
     void restoredExtents(std::unique_lock<std::mutex>& lock, xcb_window_t id, uint32_t extents[4]);
+    // A later write then neither takes the window out of the state again
+    // nor sizes it with the maximized decoration.
+    void forgetMaximized(xcb_window_t id, const uint32_t extents[4]);
 
     std::unique_ptr<XConnection> x_;
     X11Screens& screens_;
@@ -101,7 +98,6 @@ class X11WindowAccess : public WindowAccess {
     std::string ownIdentifier_;
     std::mutex mutex_; // one request batch at a time on the connection, and the cache
     std::unordered_map<xcb_window_t, WindowFacts> facts_;
-    std::vector<xcb_window_t> order_;
     std::atomic<uint64_t> roundTrips_ = 0;
 };
 

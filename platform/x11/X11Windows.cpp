@@ -1,4 +1,4 @@
-#include "platform/x11/X11WindowAccess.h"
+#include "platform/x11/X11Windows.h"
 
 #include <xcb/xcb_icccm.h>
 
@@ -13,24 +13,16 @@ namespace tarnwick::x11 {
 
 namespace {
 
-struct AppElement : AXElementObject {
-    explicit AppElement(int32_t p)
-        : pid(p) {}
-    int32_t pid;
-};
-
-struct WindowElement : AXElementObject {
-    explicit WindowElement(xcb_window_t w)
+struct Handle : WindowHandle {
+    explicit Handle(xcb_window_t w)
         : window(w) {}
     xcb_window_t window;
-    // Set by the first write: from then on its reads go to the server.
-    bool live = false;
-    // The core writes a frame as size, position, size; the first size waits
-    // for the position so that both go out as one request, and the second
-    // is dropped when it repeats what was sent.
-    std::optional<Size> pendingSize;
-    std::optional<Size> sentSize;
 };
+
+xcb_window_t idOf(const WindowRef& ref) {
+    auto* h = dynamic_cast<Handle*>(ref.get());
+    return h ? h->window : XCB_NONE;
+}
 
 std::string propertyString(xcb_get_property_reply_t* r) {
     if (!r || r->format != 8) return "";
@@ -64,9 +56,9 @@ std::string latin1ToUtf8(const char* bytes, size_t length) {
     return out;
 }
 
-X11WindowAccess::X11WindowAccess(std::unique_ptr<XConnection> x, X11Screens& screens,
-                                 DesktopEntries& entries, Dispatch& dispatch, SystemLog& log,
-                                 int32_t ownPid, std::string ownIdentifier)
+X11Windows::X11Windows(std::unique_ptr<XConnection> x, X11Screens& screens, DesktopEntries& entries,
+                       Dispatch& dispatch, SystemLog& log, int32_t ownPid,
+                       std::string ownIdentifier)
     : x_(std::move(x))
     , screens_(screens)
     , entries_(entries)
@@ -75,13 +67,13 @@ X11WindowAccess::X11WindowAccess(std::unique_ptr<XConnection> x, X11Screens& scr
     , ownPid_(ownPid)
     , ownIdentifier_(std::move(ownIdentifier)) {}
 
-void X11WindowAccess::log(std::string line) {
+void X11Windows::log(std::string line) {
     // The log is the main thread's, and this runs on any: the line is handed
     // over (the log, unlike this object, lives as long as the dispatch).
     dispatch_.main([&log = log_, line = std::move(line)] { log.line(line); });
 }
 
-void X11WindowAccess::logQueuedErrors() {
+void X11Windows::logQueuedErrors() {
     // Errors of requests nobody waits for (a message about a window that
     // has just gone) arrive as events; they are worth a line, not more.
     while (auto* e = xcb_poll_for_event(x_->get())) {
@@ -91,7 +83,7 @@ void X11WindowAccess::logQueuedErrors() {
     }
 }
 
-std::vector<WindowFacts> X11WindowAccess::fetch(const std::vector<xcb_window_t>& ids) {
+std::vector<WindowFacts> X11Windows::fetch(const std::vector<xcb_window_t>& ids) {
     auto* c = x_->get();
     auto& ewmh = x_->ewmh();
     const auto& atoms = x_->atoms();
@@ -222,7 +214,7 @@ std::vector<WindowFacts> X11WindowAccess::fetch(const std::vector<xcb_window_t>&
     return out;
 }
 
-std::vector<AppRef> X11WindowAccess::group(const std::vector<WindowFacts>& windows) {
+std::vector<AppRef> X11Windows::group(const std::vector<WindowFacts>& windows) {
     std::vector<AppRef> apps;
     std::map<int32_t, std::shared_ptr<RunningApp>> byPid;
     for (const auto& w : windows) {
@@ -253,7 +245,7 @@ std::vector<AppRef> X11WindowAccess::group(const std::vector<WindowFacts>& windo
     return apps;
 }
 
-X11WindowAccess::Snapshot X11WindowAccess::takeSnapshot() {
+X11Windows::Snapshot X11Windows::takeSnapshot() {
     Snapshot s;
     if (x_->broken()) return s;
     auto cookie = xcb_ewmh_get_client_list(&x_->ewmh(), x_->screenNumber());
@@ -267,38 +259,37 @@ X11WindowAccess::Snapshot X11WindowAccess::takeSnapshot() {
     return s;
 }
 
-std::vector<AppRef> X11WindowAccess::runningApplications() {
+std::vector<AppWindow> X11Windows::list(const std::function<bool(const RunningApp&)>& wanted) {
     std::lock_guard lock(mutex_);
     auto s = takeSnapshot();
     facts_.clear();
-    order_.clear();
-    for (auto& w : s.windows) {
-        order_.push_back(w.id);
-        facts_[w.id] = std::move(w);
+    const Point o = screens_.origin();
+    std::vector<AppWindow> out;
+    for (const auto& app : s.apps) {
+        if (!wanted(*app)) continue;
+        for (const auto& f : s.windows) {
+            if (f.pid != app->pid) continue;
+            // What a user switches between: no dialog, panel or desktop, and not minimized.
+            if (!f.normalType || f.transient || f.hidden) continue;
+            out.push_back({app,
+                           std::make_shared<Handle>(f.id),
+                           {f.frame.x - o.x, f.frame.y - o.y, f.frame.w, f.frame.h},
+                           f.title,
+                           f.fullscreen,
+                           f.maximized});
+        }
     }
-    return s.apps;
+    for (auto& w : s.windows)
+        facts_[w.id] = std::move(w);
+    return out;
 }
 
-std::vector<AppRef> X11WindowAccess::applications() {
+std::vector<AppRef> X11Windows::applications() {
     std::lock_guard lock(mutex_);
     return takeSnapshot().apps;
 }
 
-std::optional<std::vector<WindowListEntry>> X11WindowAccess::windowList() {
-    std::lock_guard lock(mutex_);
-    std::vector<WindowListEntry> out;
-    for (auto id : order_) {
-        const auto& f = facts_[id];
-        out.push_back({.ownerPid = f.pid, .layer = 0, .bounds = f.frame.size(), .number = id});
-    }
-    return out;
-}
-
-AXElement X11WindowAccess::createApplication(int32_t pid) {
-    return std::make_shared<AppElement>(pid);
-}
-
-const WindowFacts* X11WindowAccess::factsFor(xcb_window_t id, bool live) {
+const WindowFacts* X11Windows::factsFor(xcb_window_t id, bool live) {
     auto it = facts_.find(id);
     if (it != facts_.end() && !live) return &it->second;
     auto fresh = fetch({id});
@@ -311,61 +302,8 @@ const WindowFacts* X11WindowAccess::factsFor(xcb_window_t id, bool live) {
     return &slot;
 }
 
-AXError X11WindowAccess::copyAttribute(const AXElement& element, const std::string& name,
-                                       AXAttribute& value) {
-    std::unique_lock lock(mutex_);
-    if (x_->broken()) return axCannotComplete;
-    if (auto* app = dynamic_cast<AppElement*>(element.get())) {
-        if (name != "AXWindows") return axAttributeUnsupported;
-        std::vector<AXElement> windows;
-        for (auto id : order_)
-            if (facts_[id].pid == app->pid) windows.push_back(std::make_shared<WindowElement>(id));
-        value = std::move(windows);
-        return axSuccess;
-    }
-    auto* w = dynamic_cast<WindowElement*>(element.get());
-    if (!w) return axIllegalArgument;
-    if (w->pendingSize) {
-        // A size that no position followed goes out on its own.
-        if (const auto* f = factsFor(w->window, false))
-            sendFrame(lock, w->window, *f, std::nullopt, w->pendingSize);
-        w->pendingSize.reset();
-    }
-    const auto* f = factsFor(w->window, w->live);
-    if (!f) return axInvalidUIElement;
-    const Point o = screens_.origin();
-    if (name == "AXSubrole") {
-        value = std::string(f->normalType && !f->transient  ? "AXStandardWindow"
-                            : f->dialogType || f->transient ? "AXDialog"
-                                                            : "AXFloatingWindow");
-    } else if (name == "AXMinimized") {
-        value = f->hidden;
-    } else if (name == "AXPosition") {
-        value = AXValue{AXValueType::point, f->frame.x - o.x, f->frame.y - o.y};
-    } else if (name == "AXSize") {
-        value = AXValue{AXValueType::size, f->frame.w, f->frame.h};
-    } else if (name == "AXTitle") {
-        value = f->title;
-    } else if (name == "AXFullScreen") {
-        bool on = f->fullscreen;
-        if (on && w->live) {
-            // The property flips before the window manager has resized the
-            // window: full screen only once it covers a whole monitor.
-            const auto monitors = screens_.monitors();
-            on = std::any_of(monitors.begin(), monitors.end(),
-                             [&](const Monitor& m) { return m.frame == f->client; });
-        }
-        value = on;
-    } else if (name == "AXMaximized") {
-        value = f->maximized;
-    } else {
-        return axAttributeUnsupported;
-    }
-    return axSuccess;
-}
-
-void X11WindowAccess::restoredExtents(std::unique_lock<std::mutex>& lock, xcb_window_t id,
-                                      uint32_t extents[4]) {
+void X11Windows::restoredExtents(std::unique_lock<std::mutex>& lock, xcb_window_t id,
+                                 uint32_t extents[4]) {
     auto& ewmh = x_->ewmh();
     using clock = std::chrono::steady_clock;
     const auto start = clock::now();
@@ -421,109 +359,126 @@ int32_t coordinate(double v) {
 
 } // namespace
 
-void X11WindowAccess::sendFrame(std::unique_lock<std::mutex>& lock, xcb_window_t id,
-                                const WindowFacts& f, std::optional<Point> position,
-                                std::optional<Size> size) {
-    auto& ewmh = x_->ewmh();
-    // `f` lies in the cache, which another thread may change while we wait.
-    uint32_t extents[4] = {f.extents[0], f.extents[1], f.extents[2], f.extents[3]};
-    // A maximized window would keep its size and ignore ours. Its decoration
-    // changes as it leaves the state (borders come back), and the size we
-    // ask is the client's: wait for the window manager, then measure again.
-    if (f.maximized) {
-        xcb_ewmh_request_change_wm_state(&ewmh, x_->screenNumber(), id, XCB_EWMH_WM_STATE_REMOVE,
-                                         ewmh._NET_WM_STATE_MAXIMIZED_VERT,
-                                         ewmh._NET_WM_STATE_MAXIMIZED_HORZ,
-                                         XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
-        xcb_flush(x_->get());
-        restoredExtents(lock, id, extents);
-    }
-    int flags = 0;
-    uint32_t x = 0, y = 0, w = 0, h = 0;
-    if (position) {
-        const Point o = screens_.origin();
-        flags |= XCB_EWMH_MOVERESIZE_WINDOW_X | XCB_EWMH_MOVERESIZE_WINDOW_Y;
-        x = static_cast<uint32_t>(coordinate(position->x + o.x));
-        y = static_cast<uint32_t>(coordinate(position->y + o.y));
-    }
-    if (size) {
-        // The core speaks of the frame; the window manager sizes the client.
-        const double cw = size->w - extents[0] - extents[1];
-        const double ch = size->h - extents[2] - extents[3];
-        flags |= XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT;
-        w = static_cast<uint32_t>(coordinate(std::max(1.0, cw)));
-        h = static_cast<uint32_t>(coordinate(std::max(1.0, ch)));
-    }
-    if (flags)
-        xcb_ewmh_request_moveresize_window(
-            &ewmh, x_->screenNumber(), id, XCB_GRAVITY_NORTH_WEST,
-            XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
-            static_cast<xcb_ewmh_moveresize_window_opt_flags_t>(flags), x, y, w, h);
+void X11Windows::changeState(xcb_window_t id, bool add, xcb_atom_t first, xcb_atom_t second) {
+    xcb_ewmh_request_change_wm_state(&x_->ewmh(), x_->screenNumber(), id,
+                                     add ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE, first,
+                                     second, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
     xcb_flush(x_->get());
 }
 
-AXError X11WindowAccess::setAttribute(const AXElement& element, const std::string& name,
-                                      const AXAttribute& value) {
+void X11Windows::sendFrame(std::unique_lock<std::mutex>& lock, xcb_window_t id, const Rect& frame) {
+    const auto* f = factsFor(id, false);
+    if (!f) return;
+    auto& ewmh = x_->ewmh();
+    // `f` lies in the cache, which another thread may change while we wait.
+    uint32_t extents[4] = {f->extents[0], f->extents[1], f->extents[2], f->extents[3]};
+    // A maximized window would keep its size and ignore ours. Its decoration
+    // changes as it leaves the state (borders come back), and the size we
+    // ask is the client's: wait for the window manager, then measure again.
+    if (f->maximized) {
+        changeState(id, false, ewmh._NET_WM_STATE_MAXIMIZED_VERT,
+                    ewmh._NET_WM_STATE_MAXIMIZED_HORZ);
+        restoredExtents(lock, id, extents);
+        forgetMaximized(id, extents);
+    }
+    const Point o = screens_.origin();
+    // The core speaks of the frame; the window manager sizes the client.
+    const double cw = frame.w - extents[0] - extents[1];
+    const double ch = frame.h - extents[2] - extents[3];
+    xcb_ewmh_request_moveresize_window(
+        &ewmh, x_->screenNumber(), id, XCB_GRAVITY_NORTH_WEST, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
+        static_cast<xcb_ewmh_moveresize_window_opt_flags_t>(
+            XCB_EWMH_MOVERESIZE_WINDOW_X | XCB_EWMH_MOVERESIZE_WINDOW_Y |
+            XCB_EWMH_MOVERESIZE_WINDOW_WIDTH | XCB_EWMH_MOVERESIZE_WINDOW_HEIGHT),
+        static_cast<uint32_t>(coordinate(frame.x + o.x)),
+        static_cast<uint32_t>(coordinate(frame.y + o.y)),
+        static_cast<uint32_t>(coordinate(std::max(1.0, cw))),
+        static_cast<uint32_t>(coordinate(std::max(1.0, ch))));
+}
+
+void X11Windows::place(const WindowRef& window, const Rect& frame) {
+    placeAll({{window, frame}});
+}
+
+void X11Windows::placeAll(const std::vector<Placing>& batch) {
     std::unique_lock lock(mutex_);
-    if (x_->broken()) return axCannotComplete;
-    auto* w = dynamic_cast<WindowElement*>(element.get());
-    if (!w) return axAttributeUnsupported;
-    const auto* f = factsFor(w->window, false);
-    if (!f) return axInvalidUIElement;
-    const auto* v = std::get_if<AXValue>(&value);
-    const auto* b = std::get_if<bool>(&value);
-    if (name == "AXSize" && v && v->type == AXValueType::size) {
-        const Size size{v->a, v->b};
-        if (!w->pendingSize && w->sentSize == size) {
-            w->sentSize.reset();
-            return axSuccess;
+    if (x_->broken()) return;
+    for (const auto& p : batch)
+        if (const auto id = idOf(p.window)) sendFrame(lock, id, p.frame);
+    // One flush for the batch: the requests need no answer.
+    xcb_flush(x_->get());
+}
+
+bool X11Windows::setFullscreen(const WindowRef& window, bool on) {
+    const auto id = idOf(window);
+    if (!id) return false;
+    {
+        std::lock_guard lock(mutex_);
+        if (x_->broken()) return false;
+        auto& ewmh = x_->ewmh();
+        changeState(id, on, ewmh._NET_WM_STATE_FULLSCREEN, XCB_NONE);
+    }
+    for (int poll = 0; poll < 50; ++poll) {
+        dispatch_.sleep(0.1);
+        bool reached = false;
+        {
+            std::lock_guard lock(mutex_);
+            const auto* f = x_->broken() ? nullptr : factsFor(id, true);
+            if (!f) return false; // gone: it will report nothing
+            bool state = f->fullscreen;
+            if (state) {
+                // The property flips before the window manager has resized
+                // the window: full screen only once it covers a whole monitor.
+                const auto monitors = screens_.monitors();
+                state = std::any_of(monitors.begin(), monitors.end(),
+                                    [&](const Monitor& m) { return m.frame == f->client; });
+            }
+            reached = state == on;
         }
-        if (w->pendingSize) sendFrame(lock, w->window, *f, std::nullopt, w->pendingSize);
-        w->pendingSize = size;
-        w->sentSize.reset();
-        return axSuccess;
+        if (reached) {
+            // Applications redraw for a while after the change; let them
+            // before the window is touched again.
+            dispatch_.sleep(0.9);
+            return true;
+        }
     }
-    if (name == "AXPosition" && v && v->type == AXValueType::point) {
-        sendFrame(lock, w->window, *f, Point{v->a, v->b}, w->pendingSize);
-        w->sentSize = w->pendingSize;
-        w->pendingSize.reset();
-        w->live = true;
-        return axSuccess;
-    }
-    if (name == "AXFullScreen" && b) {
-        auto& ewmh = x_->ewmh();
-        xcb_ewmh_request_change_wm_state(&ewmh, x_->screenNumber(), w->window,
-                                         *b ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE,
-                                         ewmh._NET_WM_STATE_FULLSCREEN, XCB_NONE,
-                                         XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
-        xcb_flush(x_->get());
-        w->live = true;
-        return axSuccess;
-    }
-    if (name == "AXMaximized" && b) {
-        auto& ewmh = x_->ewmh();
-        const bool wasMaximized = f->maximized;
-        uint32_t extents[4] = {f->extents[0], f->extents[1], f->extents[2], f->extents[3]};
-        xcb_ewmh_request_change_wm_state(&ewmh, x_->screenNumber(), w->window,
-                                         *b ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE,
-                                         ewmh._NET_WM_STATE_MAXIMIZED_VERT,
-                                         ewmh._NET_WM_STATE_MAXIMIZED_HORZ,
-                                         XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
-        xcb_flush(x_->get());
-        // The core reads the restored frame next, so it must be there.
-        if (!*b && wasMaximized) restoredExtents(lock, w->window, extents);
-        w->live = true;
-        return axSuccess;
-    }
-    if (name == "AXMinimized" && b && !*b) {
-        // Mapping restores a minimized window reliably; asking the window
-        // manager to activate it does not.
-        xcb_map_window(x_->get(), w->window);
-        xcb_flush(x_->get());
-        w->live = true;
-        return axSuccess;
-    }
-    return axIllegalArgument;
+    return false;
+}
+
+void X11Windows::setMaximized(const WindowRef& window, bool on) {
+    const auto id = idOf(window);
+    if (!id) return;
+    std::unique_lock lock(mutex_);
+    if (x_->broken()) return;
+    const auto* f = factsFor(id, false);
+    if (!f) return;
+    auto& ewmh = x_->ewmh();
+    const bool wasMaximized = f->maximized;
+    uint32_t extents[4] = {f->extents[0], f->extents[1], f->extents[2], f->extents[3]};
+    changeState(id, on, ewmh._NET_WM_STATE_MAXIMIZED_VERT, ewmh._NET_WM_STATE_MAXIMIZED_HORZ);
+    if (on || !wasMaximized) return;
+    // A frame is read or written next, so the restored one must be there.
+    restoredExtents(lock, id, extents);
+    forgetMaximized(id, extents);
+}
+
+void X11Windows::forgetMaximized(xcb_window_t id, const uint32_t extents[4]) {
+    // The cache may have been replaced while the window was waited for.
+    auto it = facts_.find(id);
+    if (it == facts_.end()) return;
+    it->second.maximized = false;
+    std::copy(extents, extents + 4, it->second.extents);
+}
+
+std::optional<Rect> X11Windows::frame(const WindowRef& window) {
+    const auto id = idOf(window);
+    if (!id) return std::nullopt;
+    std::lock_guard lock(mutex_);
+    if (x_->broken()) return std::nullopt;
+    const auto* f = factsFor(id, true);
+    if (!f) return std::nullopt;
+    const Point o = screens_.origin();
+    return Rect{f->frame.x - o.x, f->frame.y - o.y, f->frame.w, f->frame.h};
 }
 
 } // namespace tarnwick::x11
