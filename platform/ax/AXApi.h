@@ -24,11 +24,9 @@ struct WindowListEntry {
 
 // An accessibility element of another process. The last reference may go on
 // any thread (see WindowHandle), so releasing one must neither block nor need
-// a particular thread.
-class AXElementObject {
-  public:
-    virtual ~AXElementObject() = default;
-};
+// a particular thread. A window's element is the handle the core holds, so a
+// listing allocates nothing more per window.
+class AXElementObject : public WindowHandle {};
 using AXElement = std::shared_ptr<AXElementObject>;
 
 enum class AXValueType { point = 1, size = 2 };

@@ -4,26 +4,15 @@
 
 namespace tarnwick::ax {
 
-namespace {
-
-struct Handle : WindowHandle {
-    explicit Handle(AXElement e)
-        : el(std::move(e)) {}
-    AXElement el;
-};
-
-} // namespace
-
 AXElement AXWindows::element(const WindowRef& window) {
-    auto* h = dynamic_cast<Handle*>(window.get());
-    return h ? h->el : nullptr;
+    return std::dynamic_pointer_cast<AXElementObject>(window);
 }
 
 template <typename T>
 std::optional<T> AXWindows::attr(const AXElement& el, const std::string& name) {
     AXAttribute v;
     if (ax_.copyAttribute(el, name, v) != axSuccess) return std::nullopt;
-    if (auto* t = std::get_if<T>(&v)) return *t;
+    if (auto* t = std::get_if<T>(&v)) return std::move(*t);
     return std::nullopt;
 }
 
@@ -99,7 +88,8 @@ std::vector<AppWindow> AXWindows::list(const std::function<bool(const RunningApp
         } else {
             auto appEl = ax_.createApplication(app->pid);
             ax_.setMessagingTimeout(appEl, messagingTimeout);
-            if (auto els = attr<std::vector<AXElement>>(appEl, "AXWindows")) elements = *els;
+            if (auto els = attr<std::vector<AXElement>>(appEl, "AXWindows"))
+                elements = std::move(*els);
         }
         for (auto& el : elements) {
             ax_.setMessagingTimeout(el, messagingTimeout);
@@ -110,8 +100,7 @@ std::vector<AppWindow> AXWindows::list(const std::function<bool(const RunningApp
             auto title = attr<std::string>(el, "AXTitle").value_or("");
             const bool fullscreen = attr<bool>(el, "AXFullScreen").value_or(false);
             const bool maximized = attr<bool>(el, "AXMaximized").value_or(false);
-            out.push_back({app, std::make_shared<Handle>(std::move(el)), *frame, std::move(title),
-                           fullscreen, maximized});
+            out.push_back({app, std::move(el), *frame, std::move(title), fullscreen, maximized});
         }
     }
     return out;
