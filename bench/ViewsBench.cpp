@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
         timer.start();
         {
             auto panel = surfaces.makePanel(PanelPlacement{.size = {600, 400}}, chooser());
-            panel->orderFront();
+            panel->show();
             if (auto* window = surfaces.panelWindow())
                 static_cast<QQuickWindow*>(window)->grabWindow();
         }

@@ -44,16 +44,16 @@ void Controller::start() {
         };
     };
     auto& n = parts_.platform.notifications;
-    n.observe(PlatformEvent::screenParameters, handler([](Controller& c) { c.screensChanged(); }));
-    n.observe(PlatformEvent::willSleep, handler([](Controller& c) { c.asleep_ = true; }));
-    n.observe(PlatformEvent::screensDidSleep, handler([](Controller& c) { c.asleep_ = true; }));
+    n.observe(PlatformEvent::displaysChanged, handler([](Controller& c) { c.screensChanged(); }));
+    n.observe(PlatformEvent::goingToSleep, handler([](Controller& c) { c.asleep_ = true; }));
+    n.observe(PlatformEvent::screensOff, handler([](Controller& c) { c.asleep_ = true; }));
     auto wake = [](Controller& c) {
         c.asleep_ = false;
         c.wokeAt_ = c.parts_.platform.dispatch.now();
         c.screensChanged();
     };
-    n.observe(PlatformEvent::didWake, handler(wake));
-    n.observe(PlatformEvent::screensDidWake, handler(wake));
+    n.observe(PlatformEvent::wokeUp, handler(wake));
+    n.observe(PlatformEvent::screensOn, handler(wake));
     snapshotTimer_ = parts_.platform.dispatch.every(
         snapshotInterval, handler([](Controller& c) { c.autoSnapshot(); }));
 }

@@ -163,7 +163,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const sim::SimControl::Screen monitor{2, "Desk", rect(in, {1440, -540, 2560, 1440}),
                                           rect(in, {1440, -540, 2560, 1415})};
     desk.addScreen(monitor);
-    desk.post(PlatformEvent::screenParameters);
+    desk.post(PlatformEvent::displaysChanged);
     if (!wait(rt, 5)) return 0;
     auto& controller = rt.app().controller();
     for (const auto& d : controller.displays())
@@ -174,7 +174,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     controller.restoreLayout();
     if (!wait(rt, 2)) return 0;
     desk.unplug(monitor.id);
-    desk.post(PlatformEvent::screenParameters);
+    desk.post(PlatformEvent::displaysChanged);
     // Past the periodic snapshot, with the monitor gone.
     wait(rt, 35);
     fuzz::requireTranscriptLines(rt.transcript.text());

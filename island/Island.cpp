@@ -72,7 +72,7 @@ std::shared_ptr<IslandModel> Island::present(IslandModel::Seed seed) {
         std::make_shared<IslandModel>(std::move(seed), Displays::all(s->parts.platform.screens));
     std::shared_ptr<Panel> panel = s->parts.platform.surfaces.makePanel(spot->at, m);
     if (!panel) return nullptr;
-    panel->orderFront();
+    panel->show();
     s->panel = std::move(panel);
     s->model = m;
 
@@ -222,11 +222,11 @@ void Island::close(const std::shared_ptr<State>& s, Closing how) {
     auto panel = std::exchange(s->panel, nullptr);
     auto m = std::exchange(s->model, nullptr);
     if (how == Closing::immediately) {
-        panel->orderOut();
+        panel->remove();
         return;
     }
     m->animated(Animation::spring(0.35, 0.95), [&] { m->setExpanded(false); });
-    s->parts.platform.dispatch.after(tuckTime, [panel] { panel->orderOut(); });
+    s->parts.platform.dispatch.after(tuckTime, [panel] { panel->remove(); });
 }
 
 } // namespace tarnwick

@@ -127,7 +127,7 @@ IslandView::Chooser IslandView::chooser() const {
         Row r;
         r.id = item.id;
         r.icon = app ? app->icon : "";
-        if (app) r.app = app->localizedName.value_or(app->bundleIdentifier.value_or(""));
+        if (app) r.app = app->name.value_or(app->identifier.value_or(""));
         r.title = item.window.title.empty() ? "Untitled window" : item.window.title;
         r.fullscreen = item.window.fullscreen;
         r.selected = item.selected;

@@ -91,7 +91,7 @@ std::set<Placed> placedOf(const std::vector<AppWindow>& windows) {
     std::set<Placed> out;
     for (const auto& w : windows) {
         if (w.fullscreen || !w.frame.isFinite()) continue;
-        out.insert({w.app ? w.app->bundleIdentifier.value_or("") : std::string(),
+        out.insert({w.app ? w.app->identifier.value_or("") : std::string(),
                     Layouts::titleDigest(w.title), w.frame.x, w.frame.y, w.frame.w, w.frame.h});
     }
     return out;
@@ -175,8 +175,8 @@ Layouts::SaveResult Layouts::save(Saving how) {
         if (auto d = Displays::containing(w.frame, displays))
             screen = SavedScreen{Displays::configKey({*d}), d->frame.x, d->frame.y, d->frame.w,
                                  d->frame.h};
-        saved.push_back({w.app->bundleIdentifier.value_or(""), titleDigest(w.title), w.frame.x,
-                         w.frame.y, w.frame.w, w.frame.h, std::move(screen), w.maximized});
+        saved.push_back({w.app->identifier.value_or(""), titleDigest(w.title), w.frame.x, w.frame.y,
+                         w.frame.w, w.frame.h, std::move(screen), w.maximized});
     }
     // No platform call below may block the virtual clock's threads: the lock
     // is held only over reads and one write.
@@ -306,7 +306,7 @@ RestoreResult Layouts::restore(const std::vector<AppWindow>& windows) {
         if (s.maximized) port.setMaximized(w.ref, true);
     };
     auto bundleOf = [](const AppWindow& w) {
-        return w.app ? w.app->bundleIdentifier.value_or("") : std::string();
+        return w.app ? w.app->identifier.value_or("") : std::string();
     };
 
     std::vector<const AppWindow*> leftovers;

@@ -4,7 +4,9 @@
 
 namespace tarnwick {
 
-enum class PlatformEvent { screenParameters, willSleep, screensDidSleep, didWake, screensDidWake };
+// The displays were plugged, unplugged, rearranged or resized; the computer
+// is going to sleep or woke up; its screens went dark or came back on.
+enum class PlatformEvent { displaysChanged, goingToSleep, screensOff, wokeUp, screensOn };
 
 // Delivers display-configuration, sleep and wake events on the main thread.
 // A change may be reported more than once: the coordinator waits for the

@@ -18,9 +18,9 @@ class Panel {
   public:
     virtual ~Panel() = default;
     // Shows it at once, whether or not this program is active.
-    virtual void orderFront() = 0;
+    virtual void show() = 0;
     // Takes it off the screen at once; it is not shown again.
-    virtual void orderOut() = 0;
+    virtual void remove() = 0;
 };
 
 // Where the island's panel goes, in words a compositor can honour (a
@@ -54,7 +54,7 @@ class Window {
     // move it further to keep it wholly on that screen.
     virtual void centreOn(std::optional<uint32_t> display) = 0;
     // Shows it, makes it the key window and brings it in front.
-    virtual void makeKeyAndFront() = 0;
+    virtual void present() = 0;
     virtual void close() = 0;
 };
 

@@ -11,17 +11,20 @@
 
 namespace tarnwick {
 
-enum class ActivationPolicy { regular, accessory, prohibited };
+// What a running application shows the user: windows one switches between
+// (regular), only panels, menus or a tray icon (accessory), or nothing at all
+// (background).
+enum class AppKind { regular, accessory, background };
 
 // A running application; shared so that window records keep it alive.
 // Only a regular application with an identifier has its windows moved; the
 // identifier is what exclusions and saved layouts are keyed on, so it must
-// name the same application across runs.
+// name the same application across runs (a desktop entry's name on Linux).
 struct RunningApp {
     int32_t pid = 0;
-    std::optional<std::string> bundleIdentifier;
-    std::optional<std::string> localizedName;
-    ActivationPolicy policy = ActivationPolicy::regular;
+    std::optional<std::string> identifier;
+    std::optional<std::string> name; // for people, in their language
+    AppKind kind = AppKind::regular;
     std::string icon; // a name the views can load; empty for none
 };
 using AppRef = std::shared_ptr<const RunningApp>;

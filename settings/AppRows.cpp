@@ -79,11 +79,11 @@ std::vector<AppRow> runningAppRows(Workspace& workspace) {
     std::vector<AppRow> rows;
     for (const auto& app : workspace.runningApplications()) {
         // Agents and background helpers have no windows worth moving.
-        if (!app || app->policy != ActivationPolicy::regular || !app->bundleIdentifier) continue;
-        const auto& bundle = *app->bundleIdentifier;
+        if (!app || app->kind != AppKind::regular || !app->identifier) continue;
+        const auto& bundle = *app->identifier;
         // A second copy of an application would give two rows one identity.
         if ((own && bundle == *own) || listed(rows, bundle)) continue;
-        rows.push_back({bundle, app->localizedName.value_or(bundle), app->icon});
+        rows.push_back({bundle, app->name.value_or(bundle), app->icon});
     }
     return rows;
 }

@@ -40,7 +40,7 @@ void SettingsWindow::show() {
             window_->centreOn(screen->number);
     }
     surfaces.activate();
-    window_->makeKeyAndFront();
+    window_->present();
 }
 
 } // namespace tarnwick

@@ -116,8 +116,7 @@ void Setup::takeOverFromOtherCopies() {
     const auto own = p_.workspace.programIdentifier().value_or("");
     const auto pid = p_.processes.ownPid();
     for (const auto& app : p_.workspace.runningApplications())
-        if (app && app->bundleIdentifier == own && app->pid != pid)
-            p_.processes.terminate(app->pid);
+        if (app && app->identifier == own && app->pid != pid) p_.processes.terminate(app->pid);
 }
 
 std::optional<SetupModel::Step> Setup::needs() {

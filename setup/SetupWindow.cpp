@@ -12,7 +12,7 @@ void SetupWindow::show(SetupModel::Step start) {
         if (model_->step() != start && model_->step() != SetupModel::Step::done)
             model_->setStep(start);
         surfaces_.activate();
-        window_->makeKeyAndFront();
+        window_->present();
         return;
     }
     // A hidden window is not brought back: its model may be stale, and a
@@ -27,7 +27,7 @@ void SetupWindow::show(SetupModel::Step start) {
     model_ = std::move(model);
     view_ = std::move(view);
     surfaces_.activate();
-    window_->makeKeyAndFront();
+    window_->present();
 }
 
 void SetupWindow::close() {

@@ -22,10 +22,10 @@ std::vector<AppWindow> WindowMover::windows() {
     const std::unordered_set<std::string> excluded(excludedList.begin(), excludedList.end());
     const auto own = windows_.ownIdentifier();
     return windows_.list([&](const RunningApp& app) {
-        if (app.policy != ActivationPolicy::regular) return false;
-        if (!app.bundleIdentifier) return false;
-        if (excluded.count(*app.bundleIdentifier)) return false;
-        return !(own && *app.bundleIdentifier == *own);
+        if (app.kind != AppKind::regular) return false;
+        if (!app.identifier) return false;
+        if (excluded.count(*app.identifier)) return false;
+        return !(own && *app.identifier == *own);
     });
 }
 
@@ -97,7 +97,7 @@ WindowMover::MoveResult WindowMover::moveAll(const Display& to, const std::vecto
             result.targetLost = true;
             return result;
         }
-        if (progress) progress(i + 1, total, w.app ? w.app->localizedName.value_or("") : "");
+        if (progress) progress(i + 1, total, w.app ? w.app->name.value_or("") : "");
         // A window on no display is on none of them, the target included, so
         // every move takes it: placed as if from the display nearest to it,
         // keeping its size, as where it stands off that display says nothing

@@ -26,10 +26,9 @@ class WindowMover {
     };
     using Progress = std::function<void(int64_t done, int64_t total, const std::string& app)>;
 
-    WindowMover(WindowAccess& windows, Screens& screens, Dispatch& dispatch, const Prefs& prefs)
+    WindowMover(WindowAccess& windows, Screens& screens, const Prefs& prefs)
         : windows_(windows)
         , screens_(screens)
-        , dispatch_(dispatch)
         , prefs_(prefs) {}
 
     // The windows of the regular applications with an identifier, neither
@@ -57,7 +56,6 @@ class WindowMover {
 
     WindowAccess& windows_;
     Screens& screens_;
-    Dispatch& dispatch_;
     const Prefs& prefs_;
 };
 

@@ -148,7 +148,7 @@ int main(int argc, char** argv) {
     DesktopEntries entries;
     X11Windows access(std::move(background), screens, entries, dispatch, log, getpid(),
                       "org.tarnwick.Bench");
-    WindowMover mover(access, screens, dispatch, prefs);
+    WindowMover mover(access, screens, prefs);
     const auto displays = Displays::all(screens);
 
     const auto start = Clock::now();

@@ -28,14 +28,14 @@ class LogPanel : public Panel {
         , at_(at)
         , model_(std::move(model)) {}
 
-    void orderFront() override {
+    void show() override {
         if (shown_) return;
         shown_ = true;
         log_.line("island shown " + describe(at_));
         record();
         subscription_ = model_->observe([this] { record(); });
     }
-    void orderOut() override {
+    void remove() override {
         if (!shown_) return;
         shown_ = false;
         subscription_ = {};
@@ -70,7 +70,7 @@ class LogWindow : public Window {
     bool visible() override { return visible_; }
     Size size() override { return size_; }
     void centreOn(std::optional<uint32_t>) override {}
-    void makeKeyAndFront() override {
+    void present() override {
         if (!visible_) log_.line("window " + name_ + " shown: \"" + title_ + "\"");
         visible_ = true;
     }

@@ -125,13 +125,13 @@ class QuickPanel : public Panel {
         if (s_.panel_ == view_.get()) s_.panel_ = nullptr;
     }
 
-    void orderFront() override {
-        log_->orderFront();
+    void show() override {
+        log_->show();
         view_->show();
         view_->raise();
     }
-    void orderOut() override {
-        log_->orderOut();
+    void remove() override {
+        log_->remove();
         view_->hide();
     }
 
@@ -234,8 +234,8 @@ class QuickWindow : public Window {
         }
         if (area) place(centredIn(*area, size()));
     }
-    void makeKeyAndFront() override {
-        log_->makeKeyAndFront();
+    void present() override {
+        log_->present();
         view_->show();
         view_->raise();
         view_->requestActivate();

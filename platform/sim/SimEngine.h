@@ -16,7 +16,7 @@ struct SimEngine {
     Transcript transcript{dispatch};
     SimDesktop desk{dispatch, transcript};
     Prefs prefs{desk, desk, desk};
-    WindowMover mover{desk, desk, dispatch, prefs};
+    WindowMover mover{desk, desk, prefs};
     Layouts layouts{desk, desk, mover};
     ~SimEngine() { dispatch.shutdown(); }
 

@@ -37,16 +37,16 @@ SimPanel::~SimPanel() {
     std::erase(surfaces_.panels_, this);
 }
 
-void SimPanel::orderFront() {
-    surfaces_.w_.dispatch.requireMain("Panel::orderFront");
+void SimPanel::show() {
+    surfaces_.w_.dispatch.requireMain("Panel::show");
     if (shown_) return;
     shown_ = true;
     surfaces_.w_.transcript.line("island", "panel " + formatRect(frame_));
     if (model_) recorder_.emplace(surfaces_.w_.transcript, model_);
 }
 
-void SimPanel::orderOut() {
-    surfaces_.w_.dispatch.requireMain("Panel::orderOut");
+void SimPanel::remove() {
+    surfaces_.w_.dispatch.requireMain("Panel::remove");
     if (!shown_) return;
     shown_ = false;
     recorder_.reset();
@@ -98,8 +98,8 @@ void SimWindow::centreOn(std::optional<uint32_t> display) {
     origin_ = {v.minX() + v.width() / 2 - size_.w / 2, v.minY() + v.height() / 2 - size_.h / 2};
 }
 
-void SimWindow::makeKeyAndFront() {
-    surfaces_.w_.dispatch.requireMain("Window::makeKeyAndFront");
+void SimWindow::present() {
+    surfaces_.w_.dispatch.requireMain("Window::present");
     if (visible_) return;
     visible_ = true;
     surfaces_.w_.transcript.line("window", std::string(name(kind_)) + " shown");

@@ -32,8 +32,8 @@ class SimPanel : public Panel {
     SimPanel(const SimPanel&) = delete;
     SimPanel& operator=(const SimPanel&) = delete;
 
-    void orderFront() override;
-    void orderOut() override;
+    void show() override;
+    void remove() override;
 
     const Rect& frame() const { return frame_; } // bottom-left
     bool shown() const { return shown_; }
@@ -60,7 +60,7 @@ class SimWindow : public Window {
     bool visible() override;
     Size size() override;
     void centreOn(std::optional<uint32_t> display) override;
-    void makeKeyAndFront() override;
+    void present() override;
     void close() override;
 
     // The user presses the window's close button; like close(), it only hides it.

@@ -36,7 +36,7 @@ SimWorld::Window* SimWorld::window(uint64_t uid) {
 AppRef SimWorld::ownApp(int32_t pid) const {
     // A menu-bar program: no Dock icon, so the accessory policy.
     return std::make_shared<RunningApp>(
-        RunningApp{pid, self, ownName, ActivationPolicy::accessory, appIcon(self)});
+        RunningApp{pid, self, ownName, AppKind::accessory, appIcon(self)});
 }
 
 std::vector<AppRef> SimWorld::runningApps() const {

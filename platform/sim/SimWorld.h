@@ -35,7 +35,7 @@ struct SimWorld {
         int32_t pid = 0;
         std::string name;
         std::optional<std::string> bundle;
-        ActivationPolicy policy = ActivationPolicy::regular;
+        AppKind policy = AppKind::regular;
         bool slow = false;
         AppRef ref;
         uint64_t nextElement = 1;

@@ -58,7 +58,7 @@ void X11Notifications::post(PlatformEvent event) {
 }
 
 void X11Notifications::screensMayHaveChanged() {
-    if (screens_.refresh()) post(PlatformEvent::screenParameters);
+    if (screens_.refresh()) post(PlatformEvent::displaysChanged);
 }
 
 void X11Notifications::handle(const xcb_generic_event_t* e, bool& screens) {
@@ -74,9 +74,9 @@ void X11Notifications::handle(const xcb_generic_event_t* e, bool& screens) {
     } else if (screensaverKnown_ && type == screensaverEventBase_ + XCB_SCREENSAVER_NOTIFY) {
         const auto* s = reinterpret_cast<const xcb_screensaver_notify_event_t*>(e);
         if (s->state == XCB_SCREENSAVER_STATE_ON)
-            post(PlatformEvent::screensDidSleep);
+            post(PlatformEvent::screensOff);
         else if (s->state == XCB_SCREENSAVER_STATE_OFF)
-            post(PlatformEvent::screensDidWake);
+            post(PlatformEvent::screensOn);
     }
 }
 
@@ -120,7 +120,7 @@ void X11Notifications::watchLogind() {
 }
 
 void X11Notifications::prepareForSleep(bool sleeping) {
-    post(sleeping ? PlatformEvent::willSleep : PlatformEvent::didWake);
+    post(sleeping ? PlatformEvent::goingToSleep : PlatformEvent::wokeUp);
 }
 
 } // namespace tarnwick::x11

@@ -223,24 +223,24 @@ std::vector<AppRef> X11Windows::group(const std::vector<WindowFacts>& windows) {
         if (!app) {
             app = std::make_shared<RunningApp>();
             app->pid = w.pid;
-            app->policy = ActivationPolicy::accessory;
+            app->kind = AppKind::accessory;
             std::optional<DesktopEntry> entry;
             if (!w.gtkApplicationId.empty()) entry = entries_.byId(w.gtkApplicationId);
             if (!entry && !w.kdeDesktopFile.empty()) entry = entries_.byId(w.kdeDesktopFile);
             if (!entry && (!w.wmClass.empty() || !w.instance.empty()))
                 entry = entries_.byWmClass(w.instance, w.wmClass);
             if (entry) {
-                app->bundleIdentifier = entry->id;
-                app->localizedName = entry->name;
+                app->identifier = entry->id;
+                app->name = entry->name;
                 app->icon = entry->icon;
             } else if (!w.wmClass.empty()) {
-                app->bundleIdentifier = w.wmClass;
-                app->localizedName = w.wmClass;
+                app->identifier = w.wmClass;
+                app->name = w.wmClass;
             }
             apps.push_back(app);
         }
         // An application counts once it has a window a user would switch to.
-        if (w.normalType && !w.transient && !w.skipTaskbar) app->policy = ActivationPolicy::regular;
+        if (w.normalType && !w.transient && !w.skipTaskbar) app->kind = AppKind::regular;
     }
     return apps;
 }

@@ -40,9 +40,9 @@ std::vector<AppRef> X11Workspace::runningApplications() {
     if (auto pid = bus_.otherCopy()) {
         auto copy = std::make_shared<RunningApp>();
         copy->pid = *pid;
-        copy->bundleIdentifier = identifier;
-        copy->localizedName = "Tarnwick";
-        copy->policy = ActivationPolicy::accessory;
+        copy->identifier = identifier;
+        copy->name = "Tarnwick";
+        copy->kind = AppKind::accessory;
         apps.push_back(copy);
     }
     return apps;

@@ -141,7 +141,7 @@ TEST(Menu, EntriesKeepTheirIdentityWhileTheMenuChangesAroundThem) {
     w.app->status().set("Something else");
     EXPECT_EQ(ids(), two);
     w.desk.addScreen({3, "Side Display", {4072, 0, 1280, 800}, {4072, 0, 1280, 775}});
-    w.desk.post(PlatformEvent::screenParameters);
+    w.desk.post(PlatformEvent::displaysChanged);
     w.wait(1);
     EXPECT_EQ(menu->entries()[indexOf(*menu, "Save current layout")].id, save);
     EXPECT_EQ(menu->entries()[indexOf(*menu, "Move everything to Studio Display")].id, studio);

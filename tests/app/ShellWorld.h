@@ -41,12 +41,12 @@ struct ShellWorld {
     // Plugs in a monitor and lets the program settle on it.
     void plugStudio() {
         desk.addScreen({2, "Studio Display", {1512, 0, 2560, 1440}, {1512, 0, 2560, 1415}});
-        desk.post(PlatformEvent::screenParameters);
+        desk.post(PlatformEvent::displaysChanged);
         wait(1);
     }
     void unplugStudio() {
         desk.unplug(2);
-        desk.post(PlatformEvent::screenParameters);
+        desk.post(PlatformEvent::displaysChanged);
         wait(1);
     }
     bool said(const std::string& line) const {

@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
     X11Notifications notifications(*x, screens, log);
     notifications.onConnectionLost = [] { std::exit(1); };
     size_t count = screens.screens().size();
-    notifications.observe(PlatformEvent::screenParameters, [&] {
+    notifications.observe(PlatformEvent::displaysChanged, [&] {
         const auto list = screens.screens();
         count = list.size();
         for (const auto& s : list)

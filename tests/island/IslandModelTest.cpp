@@ -12,7 +12,7 @@ const Display monitorA{2, "A", {1440, 0, 1920, 1080}, {1440, 0, 1920, 1080}, fal
 const Display monitorB{3, "B", {3360, 0, 2560, 1440}, {3360, 0, 2560, 1440}, false};
 
 AppWindow window(const std::string& title, const Rect& frame) {
-    static auto app = std::make_shared<RunningApp>(RunningApp{.pid = 7, .localizedName = "Mail"});
+    static auto app = std::make_shared<RunningApp>(RunningApp{.pid = 7, .name = "Mail"});
     return {app, nullptr, frame, title};
 }
 

@@ -41,7 +41,7 @@ Island island(IslandModel::Phase phase, Size notch = {}, std::vector<Display> su
 // A chooser offering `n` windows from the laptop screen.
 Island chooser(size_t n, std::vector<Display> displays = {laptop, studio}) {
     auto i = island(IslandModel::Choosing{}, {}, {studio}, {}, std::move(displays));
-    auto app = std::make_shared<RunningApp>(RunningApp{.pid = 9, .localizedName = "Notes"});
+    auto app = std::make_shared<RunningApp>(RunningApp{.pid = 9, .name = "Notes"});
     std::vector<AppWindow> windows;
     for (size_t k = 0; k < n; ++k)
         windows.push_back({app, nullptr, {10, 10, 300, 200}, "Note " + std::to_string(k + 1)});
@@ -110,8 +110,8 @@ TEST(IslandView, TheListScrollsFromTheSeventhRow) {
 
 TEST(IslandView, TheChooserReadsTopToBottom) {
     auto i = island(IslandModel::Choosing{});
-    auto named = std::make_shared<RunningApp>(RunningApp{.pid = 1, .localizedName = "Mail"});
-    auto bundled = std::make_shared<RunningApp>(RunningApp{.pid = 2, .bundleIdentifier = "com.x"});
+    auto named = std::make_shared<RunningApp>(RunningApp{.pid = 1, .name = "Mail"});
+    auto bundled = std::make_shared<RunningApp>(RunningApp{.pid = 2, .identifier = "com.x"});
     auto bare = std::make_shared<RunningApp>(RunningApp{.pid = 3});
     i.m->setWindows({{named, nullptr, {10, 10, 300, 200}, "Inbox", true},
                      {bundled, nullptr, {20, 20, 300, 200}, ""},

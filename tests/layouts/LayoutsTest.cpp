@@ -302,7 +302,7 @@ TEST(Layouts, OverlappingSavesKeepTheNewestSnapshot) {
     World w;
     w.store({{"Other@1x1", {saved("com.example.notes", "Old", {1, 2, 3, 4})}}});
     w.window(10, "Draft", {100, 100, 400, 300});
-    w.desk.addApp({12, "Frozen", "com.example.frozen", ActivationPolicy::regular, true});
+    w.desk.addApp({12, "Frozen", "com.example.frozen", AppKind::regular, true});
     w.window(12, "Busy", {200, 200, 400, 300});
     w.window(12, "Stuck", {300, 300, 400, 300});
 

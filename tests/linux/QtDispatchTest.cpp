@@ -163,7 +163,7 @@ class LockedWindows : public WindowAccess {
         for (int pid = 1; pid <= 3; ++pid) {
             auto app = std::make_shared<RunningApp>();
             app->pid = pid;
-            app->bundleIdentifier = "org.example.app" + std::to_string(pid);
+            app->identifier = "org.example.app" + std::to_string(pid);
             apps_.push_back(app);
             for (int i = 0; i < 4; ++i) {
                 auto w = std::make_shared<Win>();
@@ -238,7 +238,7 @@ TEST(QtDispatch, SavesRestoresAndPreferenceWritesAtOnce) {
     QtDispatch dispatch(4);
     XdgDefaults defaults(dir.path(), log);
     Prefs prefs(defaults, login, log);
-    WindowMover mover(windows, screens, dispatch, prefs);
+    WindowMover mover(windows, screens, prefs);
     Layouts layouts(defaults, screens, mover);
 
     constexpr int rounds = 12;

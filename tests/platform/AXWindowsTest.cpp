@@ -18,7 +18,7 @@ struct World : tarnwick::sim::SimEngine {
     AXWindows port{desk, dispatch};
 
     void app(int32_t pid, const std::string& name, std::optional<std::string> bundle,
-             ActivationPolicy policy = ActivationPolicy::regular, bool slow = false) {
+             AppKind policy = AppKind::regular, bool slow = false) {
         desk.addApp({pid, name, std::move(bundle), policy, slow});
     }
     void window(const Window& w) { desk.addWindow(w, false, false); }
@@ -33,7 +33,7 @@ struct World : tarnwick::sim::SimEngine {
         return list;
     }
     static bool movable(const RunningApp& app) {
-        return app.policy == ActivationPolicy::regular && app.bundleIdentifier;
+        return app.kind == AppKind::regular && app.identifier;
     }
 };
 
@@ -200,7 +200,7 @@ TEST(AXWindows, ASlowApplicationCostsHalfASecondPerRead) {
     for (bool privateFunctions : {true, false}) {
         World w;
         w.desk.setPrivateFunctions(privateFunctions);
-        w.app(10, "Busy", "com.example.busy", ActivationPolicy::regular, true);
+        w.app(10, "Busy", "com.example.busy", AppKind::regular, true);
         w.window({.pid = 10, .title = "One", .frame = {0, 25, 800, 600}});
         w.window({.pid = 10, .title = "Two", .frame = {0, 25, 800, 600}});
         w.app(11, "Notes", "com.example.notes");

@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-using tarnwick::ActivationPolicy;
+using tarnwick::AppKind;
 using tarnwick::AppRef;
 using tarnwick::PanelPlacement;
 using tarnwick::Point;
@@ -41,8 +41,7 @@ struct Desk {
 std::vector<std::string> described(const std::vector<AppRef>& apps) {
     std::vector<std::string> out;
     for (const auto& a : apps)
-        out.push_back(std::to_string(a->pid) + " " + a->bundleIdentifier.value_or("-") + " " +
-                      a->icon);
+        out.push_back(std::to_string(a->pid) + " " + a->identifier.value_or("-") + " " + a->icon);
     return out;
 }
 
@@ -202,7 +201,7 @@ TEST(SimWorkspace, ListsItselfAndItsCopiesAfterTheOtherApplications) {
     Desk d;
     d.desk.addCopy(30);
     d.desk.addApp({10, "Notes", "com.example.notes"});
-    d.desk.addApp({11, "Helper", std::nullopt, ActivationPolicy::prohibited});
+    d.desk.addApp({11, "Helper", std::nullopt, AppKind::background});
     d.desk.setOwnBundle("org.example.tarnwick");
 
     const std::vector<std::string> want{"10 com.example.notes app:com.example.notes", "11 - ",
@@ -292,8 +291,8 @@ TEST(SimSurfaces, OwnWindowsAreTranscribedWhenTheyAppearOrGo) {
     auto settings = surfaces.makeWindow(WindowKind::settings, "Tarnwick Settings", nullptr);
     {
         auto setup = surfaces.makeWindow(WindowKind::setup, "Welcome", nullptr);
-        setup->makeKeyAndFront();
-        setup->makeKeyAndFront();                       // already in front
+        setup->present();
+        setup->present();                               // already in front
         surfaces.window(WindowKind::setup)->closeBox(); // the user's close button
         EXPECT_FALSE(setup->visible());
         setup->close(); // hidden already
@@ -302,13 +301,13 @@ TEST(SimSurfaces, OwnWindowsAreTranscribedWhenTheyAppearOrGo) {
 
     settings->centreOn(std::nullopt);
     EXPECT_EQ(surfaces.window(WindowKind::settings)->origin(), (Point{476, 88.5}));
-    settings->makeKeyAndFront();
+    settings->present();
     EXPECT_TRUE(surfaces.window(WindowKind::settings)->visible());
 
     auto panel = surfaces.makePanel({.display = 1, .size = {400, 50}}, nullptr);
-    panel->orderFront();
+    panel->show();
     EXPECT_EQ(surfaces.panel()->frame(), (Rect{556, 932, 400, 50}));
-    panel->orderOut();
+    panel->remove();
     EXPECT_EQ(d.transcript.text(), "0.000 window setup shown\n"
                                    "0.000 window setup hidden\n"
                                    "0.000 window settings shown\n"

@@ -41,7 +41,7 @@ std::shared_ptr<IslandModel> model(IslandModel::Phase phase, Size notch = {},
 std::shared_ptr<IslandModel> chooser(size_t n, Size notch = {200, 32},
                                      std::vector<Display> displays = {laptop, studio}) {
     auto m = model(IslandModel::Choosing{}, notch, std::move(displays));
-    auto app = std::make_shared<RunningApp>(RunningApp{.pid = 9, .localizedName = "Notes"});
+    auto app = std::make_shared<RunningApp>(RunningApp{.pid = 9, .name = "Notes"});
     std::vector<AppWindow> windows;
     for (size_t k = 0; k < n; ++k)
         windows.push_back(

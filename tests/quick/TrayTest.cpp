@@ -114,7 +114,7 @@ TEST(Tray, AChosenButtonRunsEvenWhenTheMenuChangesBeforeItsTurn) {
     // Before the loop's next turn a third display shifts every entry below
     // the move buttons down by one.
     w.desk.addScreen({3, "Side Display", {4072, 0, 1280, 800}, {4072, 0, 1280, 775}});
-    w.desk.post(PlatformEvent::screenParameters);
+    w.desk.post(PlatformEvent::displaysChanged);
     w.wait(1);
     ASSERT_EQ(w.app->controller().displays().size(), 3u);
     settle();
@@ -126,7 +126,7 @@ TEST(Tray, AChosenButtonRunsEvenWhenTheMenuChangesBeforeItsTurn) {
     find(tray.menu(), "Choose windows to move\u2026")->trigger();
     w.desk.unplug(3);
     w.desk.unplug(2);
-    w.desk.post(PlatformEvent::screenParameters);
+    w.desk.post(PlatformEvent::displaysChanged);
     w.wait(1);
     const auto before = w.app->status().text();
     settle();

@@ -26,7 +26,7 @@ TEST(AppRows, RunningAppsThenTheExcludedOnesThatAreNot) {
     ShellWorld w;
     w.desk.addApp({10, "Safari", "com.apple.Safari"});
     w.desk.addApp({11, "mail", "com.apple.mail"});
-    w.desk.addApp({12, "Helper", "com.example.helper", ActivationPolicy::accessory});
+    w.desk.addApp({12, "Helper", "com.example.helper", AppKind::accessory});
     w.desk.addApp({13, "No Bundle"});
     w.desk.addApp({14, "Tarnwick Beta", "app.tarnwick.Tarnwick"}); // ourselves, another build
     w.desk.addApp({15, "Xcode", "com.apple.dt.Xcode"});

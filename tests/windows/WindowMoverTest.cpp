@@ -20,7 +20,7 @@ namespace {
 struct World : tarnwick::sim::SimEngine {
 
     void app(int32_t pid, const std::string& name, std::optional<std::string> bundle,
-             ActivationPolicy policy = ActivationPolicy::regular, bool slow = false) {
+             AppKind policy = AppKind::regular, bool slow = false) {
         desk.addApp({pid, name, std::move(bundle), policy, slow});
     }
     void window(const Window& w) { desk.addWindow(w, false, false); }
@@ -379,7 +379,7 @@ TEST(WindowMover, AMaximizedWindowMovesMaximized) {
         w.window({.pid = 10, .title = "Plain", .frame = {0, 25, 400, 300}});
         w.window({.pid = 10, .title = "There", .frame = {1600, 100, 800, 600}});
         Maximizing access(w.desk, {"Big", "There"}, laptopVisible);
-        WindowMover mover(access, w.desk, w.dispatch, w.prefs);
+        WindowMover mover(access, w.desk, w.prefs);
         std::vector<AppWindow> list;
         w.blocking([&] { list = mover.windows(); });
         ASSERT_EQ(list.size(), 3u);

@@ -137,7 +137,7 @@ TEST(X11Live, PlugsAreSeenWhileTheMainConnectionWaitsForReplies) {
     X11Screens screens(*x, log);
     X11Notifications notifications(*x, screens, log);
     std::atomic<int> changes{0};
-    notifications.observe(PlatformEvent::screenParameters, [&] { ++changes; });
+    notifications.observe(PlatformEvent::displaysChanged, [&] { ++changes; });
 
     // A round trip after another for most of each millisecond.
     QTimer busy;

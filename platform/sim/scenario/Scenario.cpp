@@ -170,11 +170,9 @@ int64_t playingLine() {
 
 PlatformEvent eventNamed(const std::string& name) {
     static const std::map<std::string, PlatformEvent> events{
-        {"screens", PlatformEvent::screenParameters},
-        {"willSleep", PlatformEvent::willSleep},
-        {"screensDidSleep", PlatformEvent::screensDidSleep},
-        {"didWake", PlatformEvent::didWake},
-        {"screensDidWake", PlatformEvent::screensDidWake},
+        {"screens", PlatformEvent::displaysChanged},    {"willSleep", PlatformEvent::goingToSleep},
+        {"screensDidSleep", PlatformEvent::screensOff}, {"didWake", PlatformEvent::wokeUp},
+        {"screensDidWake", PlatformEvent::screensOn},
     };
     auto it = events.find(name);
     if (it == events.end())

@@ -48,11 +48,11 @@ Action app(Cursor& c, ParseState&) {
     if (o.count("policy")) {
         const auto& p = o["policy"];
         if (p == "regular")
-            a.policy = ActivationPolicy::regular;
+            a.policy = AppKind::regular;
         else if (p == "accessory")
-            a.policy = ActivationPolicy::accessory;
+            a.policy = AppKind::accessory;
         else if (p == "prohibited")
-            a.policy = ActivationPolicy::prohibited;
+            a.policy = AppKind::background;
         else
             throw ParseError("unknown policy '" + p + "' (regular, accessory, prohibited)");
     }
