@@ -1,12 +1,14 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import tarnwick.quick
 
 // The window chooser: what arrived, where the windows go, which of them go,
 // and the three buttons.
 Item {
     id: chooser
-    readonly property var c: view.chooser
+    required property IslandBridge island
+    readonly property var c: island.chooser
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
     readonly property color green: "#32d74b"
 
@@ -14,7 +16,7 @@ Item {
 
     // The window rows, kept by id and updated in place by the bridge, so a
     // tick animates and the hovered or focused row stays the same row.
-    readonly property var rows: view.windows
+    readonly property var rows: island.windows
 
     ColumnLayout {
         id: column
@@ -33,7 +35,7 @@ Item {
                 color: Qt.rgba(0.3, 0.56, 1.0, 0.25)
                 Symbol {
                     anchors.centerIn: parent
-                    name: c.header.symbol
+                    name: chooser.c.header.symbol
                     size: 18
                 }
             }
@@ -43,7 +45,7 @@ Item {
                 Text {
                     objectName: "chooserTitle"
                     Layout.fillWidth: true
-                    text: c.header.title
+                    text: chooser.c.header.title
                     elide: Text.ElideRight
                     maximumLineCount: 1
                     font.pixelSize: 15
@@ -53,7 +55,7 @@ Item {
                 Text {
                     objectName: "chooserSubtitle"
                     Layout.fillWidth: true
-                    text: c.header.subtitle
+                    text: chooser.c.header.subtitle
                     elide: Text.ElideRight
                     font.pixelSize: 11
                     color: Qt.rgba(1, 1, 1, 0.55)
@@ -63,16 +65,16 @@ Item {
                 id: selectAll
                 objectName: "selectAll"
                 Layout.alignment: Qt.AlignVCenter
-                text: c.header.selectLabel
-                opacity: c.header.selectOpacity
-                enabled: c.header.selectOpacity > 0
+                text: chooser.c.header.selectLabel
+                opacity: chooser.c.header.selectOpacity
+                enabled: chooser.c.header.selectOpacity > 0
                 padding: 4
                 activeFocusOnTab: true
                 focusPolicy: Qt.StrongFocus
                 Accessible.role: Accessible.Button
                 Accessible.name: text
                 Keys.onReturnPressed: clicked()
-                onClicked: view.selectAll()
+                onClicked: chooser.island.selectAll()
                 contentItem: Text {
                     text: selectAll.text
                     font.pixelSize: 11
@@ -90,39 +92,43 @@ Item {
             Layout.alignment: Qt.AlignHCenter
             spacing: 6
             Text {
-                text: c.destination.caption
+                text: chooser.c.destination.caption
                 font.pixelSize: 11
                 font.weight: Font.Medium
                 color: Qt.rgba(1, 1, 1, 0.5)
             }
             Row {
                 objectName: "pills"
-                visible: c.destination.control !== "menu"
+                visible: chooser.c.destination.control !== "menu"
                 spacing: 6
                 Repeater {
-                    model: c.destination.pills
+                    model: chooser.c.destination.pills
                     DestinationPill {
                         required property var modelData
+                        // Delegates read the chooser as Qt 6.4's qmllint cannot check.
+                        readonly property IslandBridge island: chooser.island // qmllint disable unqualified
+                        readonly property bool compact: chooser.c.destination.control === "compact" // qmllint disable unqualified
                         objectName: "pill-" + modelData.display
+                        animate: island.animate
                         symbolName: modelData.symbol
                         label: modelData.label
                         selected: modelData.selected
-                        maxName: c.destination.control === "compact" ? 130 : 170
-                        onClicked: view.retarget(modelData.display)
+                        maxName: compact ? 130 : 170
+                        onClicked: island.retarget(modelData.display)
                     }
                 }
             }
             AbstractButton {
                 id: menuButton
                 objectName: "destinationMenu"
-                visible: c.destination.control === "menu"
+                visible: chooser.c.destination.control === "menu"
                 leftPadding: 11
                 rightPadding: 11
                 topPadding: 6
                 bottomPadding: 6
                 activeFocusOnTab: true
                 focusPolicy: Qt.StrongFocus
-                text: c.destination.menuLabel
+                text: chooser.c.destination.menuLabel
                 Accessible.role: Accessible.ButtonMenu
                 Accessible.name: "Move to " + text
                 Keys.onReturnPressed: clicked()
@@ -132,7 +138,7 @@ Item {
                     spacing: 6
                     Symbol {
                         anchors.verticalCenter: parent.verticalCenter
-                        name: c.destination.menuSymbol
+                        name: chooser.c.destination.menuSymbol
                         size: 14
                     }
                     Text {
@@ -174,16 +180,18 @@ Item {
                         border.color: Qt.rgba(1, 1, 1, 0.12)
                     }
                     Instantiator {
-                        model: c.destination.entries
+                        model: chooser.c.destination.entries
                         delegate: MenuItem {
                             id: entry
                             required property var modelData
+                            readonly property IslandBridge island: chooser.island // qmllint disable unqualified
+                            readonly property color accent: chooser.accent // qmllint disable unqualified
                             text: modelData.label
                             implicitHeight: 28
                             leftPadding: 8
                             rightPadding: 14
                             Accessible.name: text
-                            onTriggered: view.retarget(modelData.display)
+                            onTriggered: entry.island.retarget(entry.modelData.display)
                             contentItem: Row {
                                 spacing: 8
                                 Symbol {
@@ -200,7 +208,7 @@ Item {
                             }
                             background: Rectangle {
                                 radius: 6
-                                color: entry.highlighted ? chooser.accent : "transparent"
+                                color: entry.highlighted ? entry.accent : "transparent"
                             }
                         }
                         onObjectAdded: (index, object) => menu.insertItem(index, object)
@@ -215,7 +223,7 @@ Item {
             objectName: "emptyLine"
             visible: chooser.rows.count === 0
             Layout.fillWidth: true
-            Layout.preferredHeight: c.list.height
+            Layout.preferredHeight: chooser.c.list.height
             spacing: 8
             Item { Layout.fillWidth: true }
             Symbol {
@@ -224,7 +232,7 @@ Item {
                 color: chooser.green
             }
             Text {
-                text: c.list.emptyText
+                text: chooser.c.list.emptyText
                 font.pixelSize: 12
                 font.weight: Font.Medium
                 color: Qt.rgba(1, 1, 1, 0.7)
@@ -236,15 +244,15 @@ Item {
             objectName: "chooserList"
             visible: chooser.rows.count > 0
             Layout.fillWidth: true
-            Layout.preferredHeight: c.list.height
+            Layout.preferredHeight: chooser.c.list.height
             clip: true
             contentWidth: width
             contentHeight: stack.height
             boundsBehavior: Flickable.StopAtBounds
-            interactive: c.list.scrolls
+            interactive: chooser.c.list.scrolls
             ScrollBar.vertical: ScrollBar {
                 objectName: "scrollIndicator"
-                policy: c.list.scrolls ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+                policy: chooser.c.list.scrolls ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 width: 6
                 padding: 0
                 contentItem: Rectangle {
@@ -256,21 +264,17 @@ Item {
             }
             Column {
                 id: stack
-                width: list.width - (c.list.scrolls ? 10 : 0)
+                width: list.width - (chooser.c.list.scrolls ? 10 : 0)
                 spacing: 4
                 Repeater {
                     model: chooser.rows
                     WindowRow {
-                        width: stack.width
-                        rowId: model.rowId
-                        icon: model.icon
-                        app: model.app
-                        title: model.title
-                        fullscreen: model.fullscreen
-                        selected: model.selected
-                        mark: model.mark
-                        onActiveFocusChanged: if (activeFocus) list.contentY = Math.max(0,
-                            Math.min(y, Math.max(0, list.contentHeight - list.height)))
+                        // Delegates read the chooser as Qt 6.4's qmllint cannot check.
+                        readonly property Flickable scroller: list // qmllint disable unqualified
+                        island: chooser.island // qmllint disable unqualified
+                        width: parent.width
+                        onActiveFocusChanged: if (activeFocus) scroller.contentY = Math.max(0,
+                            Math.min(y, Math.max(0, scroller.contentHeight - scroller.height)))
                     }
                 }
             }
@@ -282,28 +286,31 @@ Item {
             spacing: 8
             IslandButton {
                 objectName: "notNow"
-                text: c.notNow.text
-                prominent: c.notNow.prominent
-                enabled: c.notNow.enabled
-                opacity: c.notNow.opacity
-                onClicked: view.notNow()
+                animate: chooser.island.animate
+                text: chooser.c.notNow.text
+                prominent: chooser.c.notNow.prominent
+                enabled: chooser.c.notNow.enabled
+                opacity: chooser.c.notNow.opacity
+                onClicked: chooser.island.notNow()
             }
             Item { Layout.fillWidth: true }
             IslandButton {
                 objectName: "moveSelected"
-                text: c.moveSelected.text
-                prominent: c.moveSelected.prominent
-                enabled: c.moveSelected.enabled
-                opacity: c.moveSelected.opacity
-                onClicked: view.move(false)
+                animate: chooser.island.animate
+                text: chooser.c.moveSelected.text
+                prominent: chooser.c.moveSelected.prominent
+                enabled: chooser.c.moveSelected.enabled
+                opacity: chooser.c.moveSelected.opacity
+                onClicked: chooser.island.move(false)
             }
             IslandButton {
                 objectName: "moveAll"
-                text: c.moveAll.text
-                prominent: c.moveAll.prominent
-                enabled: c.moveAll.enabled
-                opacity: c.moveAll.opacity
-                onClicked: view.move(true)
+                animate: chooser.island.animate
+                text: chooser.c.moveAll.text
+                prominent: chooser.c.moveAll.prominent
+                enabled: chooser.c.moveAll.enabled
+                opacity: chooser.c.moveAll.opacity
+                onClicked: chooser.island.move(true)
             }
         }
     }

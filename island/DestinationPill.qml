@@ -10,6 +10,8 @@ AbstractButton {
     property bool selected: false
     property real maxName: 170
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
+    // Whether its changes play or land at once.
+    required property bool animate
     readonly property color ink: selected ? "white" : Qt.rgba(1, 1, 1, 0.7)
 
     leftPadding: 11
@@ -47,7 +49,7 @@ AbstractButton {
         border.width: pill.visualFocus ? 2 : 0
         border.color: Qt.rgba(1, 1, 1, 0.55)
         Behavior on color {
-            enabled: view.animate
+            enabled: pill.animate
             ColorAnimation { duration: 150; easing.type: Easing.OutQuad }
         }
     }

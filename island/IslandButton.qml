@@ -6,6 +6,8 @@ AbstractButton {
     id: button
     property bool prominent: false
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
+    // Whether its changes play or land at once.
+    required property bool animate
 
     leftPadding: 16
     rightPadding: 16
@@ -20,7 +22,7 @@ AbstractButton {
 
     scale: pressed ? 0.95 : 1
     Behavior on scale {
-        enabled: view.animate
+        enabled: button.animate
         NumberAnimation { duration: 100; easing.type: Easing.OutQuad }
     }
 

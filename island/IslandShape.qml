@@ -29,13 +29,16 @@ Item {
         Repeater {
             model: 9
             Rectangle {
+                id: layer
                 required property int index
+                // A delegate reads the shape as Qt 6.4's qmllint cannot check.
+                readonly property real corner: shape.cornerRadius // qmllint disable unqualified
                 readonly property real grow: (index + 1) * 2
                 x: -grow
                 y: -grow * 0.6
-                width: shadow.width + 2 * grow
-                height: shadow.height + grow * 1.6
-                radius: shape.cornerRadius + grow
+                width: parent.width + 2 * grow
+                height: parent.height + grow * 1.6
+                radius: layer.corner + grow
                 color: Qt.rgba(0, 0, 0, 0.07)
             }
         }

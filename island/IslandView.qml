@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import tarnwick.quick
 
 // The island inside its transparent panel: a black card hanging from the top
 // centre, as wide as the camera housing while tucked in, growing into a card
@@ -12,7 +13,8 @@ Item {
     height: 640
     focus: true
 
-    readonly property var frame: view.frame
+    required property IslandBridge view
+    readonly property var frame: root.view.frame
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
     readonly property color green: "#32d74b"
     readonly property color orange: "#ff9f0a"
@@ -20,8 +22,8 @@ Item {
     // The presenter's springs are critically damped or nearly so; an
     // ease-out over the spring's settling time reads the same and keeps the
     // end state exact.
-    readonly property var anim: view.animation
-    readonly property bool animating: view.animate && anim.curve !== "none"
+    readonly property var anim: root.view.animation
+    readonly property bool animating: root.view.animate && anim.curve !== "none"
     readonly property int duration: {
         if (anim.curve === "spring") {
             const zeta = Math.max(0.1, anim.damping);
@@ -32,7 +34,7 @@ Item {
     readonly property int easing: anim.curve === "spring" && anim.damping < 0.7 ? Easing.OutBack
                                                                               : Easing.OutCubic
 
-    Keys.onEscapePressed: if (view.kind !== "moving") view.notNow()
+    Keys.onEscapePressed: if (root.view.kind !== "moving") root.view.notNow()
 
     Item {
         id: island
@@ -41,7 +43,7 @@ Item {
         y: 0
         width: root.frame.outerWidth
         height: Math.max(root.frame.minHeight,
-                         root.frame.topSpace + (view.expanded ? content.height + 16 : 0))
+                         root.frame.topSpace + (root.view.expanded ? content.height + 16 : 0))
 
         Behavior on width {
             enabled: root.animating
@@ -85,8 +87,8 @@ Item {
                 y: root.frame.topSpace
                 width: root.frame.width - 36
                 height: phase.item ? (phase.item as Item).implicitHeight : 0
-                opacity: view.expanded ? 1 : 0
-                scale: view.expanded ? 1 : 0.96
+                opacity: root.view.expanded ? 1 : 0
+                scale: root.view.expanded ? 1 : 0.96
                 transformOrigin: Item.Top
                 visible: opacity > 0
                 Behavior on opacity {
@@ -102,7 +104,7 @@ Item {
                     id: phase
                     width: parent.width
                     sourceComponent: {
-                        switch (view.kind) {
+                        switch (root.view.kind) {
                         case "announce": return announce;
                         case "loading": return loading;
                         case "chooser": return chooser;
@@ -111,7 +113,7 @@ Item {
                         }
                         return undefined;
                     }
-                    onLoaded: if (view.animate) fadeIn.restart()
+                    onLoaded: if (root.view.animate) fadeIn.restart()
                     NumberAnimation {
                         id: fadeIn
                         target: phase.item
@@ -137,10 +139,15 @@ Item {
         }
     }
 
+    // The phases. A component's own bindings may not name this file's ids
+    // as far as Qt 6.4's qmllint knows (it has no ComponentBehavior: Bound):
+    // each reads what it needs from outside once, at its top, marked so.
     Component {
         id: announce
         Item {
-            readonly property var c: view.announce
+            id: announceItem
+            readonly property var c: root.view.announce // qmllint disable unqualified
+            readonly property bool animate: root.view.animate // qmllint disable unqualified
             implicitHeight: column.implicitHeight + 8
             ColumnLayout {
                 id: column
@@ -149,9 +156,10 @@ Item {
                 spacing: 12
                 LinkAnimation {
                     Layout.alignment: Qt.AlignHCenter
-                    connected: c.connected
-                    multiple: c.multiple
-                    track: c.track
+                    animate: announceItem.animate
+                    connected: announceItem.c.connected
+                    multiple: announceItem.c.multiple
+                    track: announceItem.c.track
                 }
                 ColumnLayout {
                     Layout.fillWidth: true
@@ -160,7 +168,7 @@ Item {
                         objectName: "announceTitle"
                         Layout.fillWidth: true
                         horizontalAlignment: Text.AlignHCenter
-                        text: c.title
+                        text: announceItem.c.title
                         elide: Text.ElideRight
                         font.pixelSize: 15
                         font.weight: Font.DemiBold
@@ -171,7 +179,7 @@ Item {
                         Layout.fillWidth: true
                         visible: text.length > 0
                         horizontalAlignment: Text.AlignHCenter
-                        text: c.detail
+                        text: announceItem.c.detail
                         elide: Text.ElideMiddle
                         maximumLineCount: 1
                         font.pixelSize: 11
@@ -185,6 +193,9 @@ Item {
     Component {
         id: loading
         Item {
+            id: loadingItem
+            readonly property var c: root.view.loading // qmllint disable unqualified
+            readonly property bool animate: root.view.animate // qmllint disable unqualified
             implicitHeight: 14 + line.implicitHeight + 14
             Row {
                 id: line
@@ -194,10 +205,11 @@ Item {
                 Spinner {
                     anchors.verticalCenter: parent.verticalCenter
                     size: 16
+                    animate: loadingItem.animate
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: view.loading.text
+                    text: loadingItem.c.text
                     font.pixelSize: 13
                     font.weight: Font.Medium
                     color: "white"
@@ -209,7 +221,10 @@ Item {
     Component {
         id: moving
         Item {
-            readonly property var c: view.moving
+            id: movingItem
+            readonly property var c: root.view.moving // qmllint disable unqualified
+            readonly property bool animate: root.view.animate // qmllint disable unqualified
+            readonly property color accent: root.accent // qmllint disable unqualified
             implicitHeight: 10 + column.implicitHeight + 10
             Column {
                 id: column
@@ -219,7 +234,7 @@ Item {
                 Text {
                     objectName: "movingText"
                     width: parent.width
-                    text: c.text
+                    text: movingItem.c.text
                     elide: Text.ElideRight
                     maximumLineCount: 1
                     font.pixelSize: 13
@@ -233,16 +248,16 @@ Item {
                     radius: 3
                     color: Qt.rgba(1, 1, 1, 0.12)
                     Accessible.role: Accessible.ProgressBar
-                    Accessible.name: c.text
+                    Accessible.name: movingItem.c.text
                     Rectangle {
                         objectName: "progressFill"
                         height: parent.height
                         radius: parent.radius
-                        width: Math.max(height, parent.width * c.fraction)
-                        visible: c.fraction > 0
-                        color: root.accent
+                        width: Math.max(height, parent.width * movingItem.c.fraction)
+                        visible: movingItem.c.fraction > 0
+                        color: movingItem.accent
                         Behavior on width {
-                            enabled: view.animate
+                            enabled: movingItem.animate
                             NumberAnimation { duration: 250; easing.type: Easing.OutCubic }
                         }
                     }
@@ -254,7 +269,10 @@ Item {
     Component {
         id: done
         Item {
-            readonly property var c: view.done
+            id: doneItem
+            readonly property var c: root.view.done // qmllint disable unqualified
+            readonly property color green: root.green // qmllint disable unqualified
+            readonly property color orange: root.orange // qmllint disable unqualified
             implicitHeight: 12 + line.implicitHeight + 12
             RowLayout {
                 id: line
@@ -264,15 +282,15 @@ Item {
                 spacing: 10
                 Symbol {
                     objectName: "doneSymbol"
-                    name: c.symbol
+                    name: doneItem.c.symbol
                     size: 20
-                    color: c.ok ? root.green : root.orange
+                    color: doneItem.c.ok ? doneItem.green : doneItem.orange
                 }
                 Text {
                     objectName: "doneText"
                     Layout.fillWidth: true
                     Layout.maximumWidth: line.parent.width - 30
-                    text: c.text
+                    text: doneItem.c.text
                     wrapMode: Text.Wrap
                     horizontalAlignment: lineCount > 1 ? Text.AlignHCenter : Text.AlignLeft
                     font.pixelSize: 13
@@ -285,6 +303,8 @@ Item {
 
     Component {
         id: chooser
-        Chooser {}
+        Chooser {
+            island: root.view // qmllint disable unqualified
+        }
     }
 }

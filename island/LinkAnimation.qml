@@ -12,6 +12,8 @@ Row {
     property real t: 0
     property bool lit: false
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
+    // Whether it plays, or shows its end at once.
+    required property bool animate
 
     spacing: 0
 
@@ -83,7 +85,7 @@ Row {
                 color: "white"
             }
             NumberAnimation on s {
-                running: view.animate && pulse.visible
+                running: link.animate && pulse.visible
                 from: 0
                 to: 1
                 duration: 900
@@ -144,7 +146,7 @@ Row {
                 }
             }
             Behavior on opacity {
-                enabled: view.animate
+                enabled: link.animate
                 NumberAnimation { duration: 300 }
             }
         }
@@ -184,7 +186,7 @@ Row {
     }
 
     Component.onCompleted: {
-        if (!view.animate) {
+        if (!link.animate) {
             t = 1
             lit = connected
             return

@@ -4,29 +4,36 @@ import QtQuick
 Item {
     id: spinner
     property real size: 16
+    // Turns only where the view animates.
+    required property bool animate
     width: size
     height: size
 
     Repeater {
         model: 8
         Rectangle {
+            id: spoke
             required property int index
-            x: spinner.width / 2 - width / 2
+            // A delegate reads the spinner as Qt 6.4's qmllint cannot check.
+            readonly property real around: spinner.width // qmllint disable unqualified
+            readonly property real length: spinner.size // qmllint disable unqualified
+            readonly property real centre: spinner.height / 2 // qmllint disable unqualified
+            x: spoke.around / 2 - width / 2
             y: 0
-            width: spinner.size * 0.13
-            height: spinner.size * 0.3
+            width: spoke.length * 0.13
+            height: spoke.length * 0.3
             radius: width / 2
             color: "white"
-            opacity: 0.2 + 0.8 * (index / 7)
+            opacity: 0.2 + 0.8 * (spoke.index / 7)
             transform: Rotation {
-                origin.x: width / 2
-                origin.y: spinner.height / 2
-                angle: index * 45
+                origin.x: spoke.width / 2
+                origin.y: spoke.centre
+                angle: spoke.index * 45
             }
         }
     }
     RotationAnimator on rotation {
-        running: view.animate
+        running: spinner.animate
         from: 0
         to: 360
         duration: 1000

@@ -1,18 +1,21 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import tarnwick.quick
 
 // One window offered for moving. A tap anywhere flips its tick; the model
 // decides the tick, the row only keeps whether the pointer is over it.
 Rectangle {
     id: row
-    property string rowId
-    property string icon
-    property string app
-    property string title
-    property bool fullscreen: false
-    property bool selected: false
-    property string mark: "circle"
+    // The bridge the taps go to; the rest is the row's model (WindowRows).
+    required property IslandBridge island
+    required property string rowId
+    required property string icon
+    required property string app
+    required property string title
+    required property bool fullscreen
+    required property bool selected
+    required property string mark
     readonly property color accent: Qt.rgba(0.3, 0.56, 1.0, 1)
     readonly property bool hover: hoverHandler.hovered
 
@@ -23,7 +26,7 @@ Rectangle {
     border.width: activeFocus ? 2 : 0
     border.color: Qt.rgba(1, 1, 1, 0.45)
     Behavior on color {
-        enabled: view.animate
+        enabled: row.island.animate
         ColorAnimation { duration: 150; easing.type: Easing.OutQuad }
     }
 
@@ -32,13 +35,13 @@ Rectangle {
     Accessible.name: app + ", " + title
     Accessible.checkable: true
     Accessible.checked: selected
-    Accessible.onToggleAction: view.tap(rowId)
-    Accessible.onPressAction: view.tap(rowId)
-    Keys.onSpacePressed: view.tap(rowId)
-    Keys.onReturnPressed: view.tap(rowId)
+    Accessible.onToggleAction: row.island.tap(row.rowId)
+    Accessible.onPressAction: row.island.tap(row.rowId)
+    Keys.onSpacePressed: row.island.tap(row.rowId)
+    Keys.onReturnPressed: row.island.tap(row.rowId)
 
     HoverHandler { id: hoverHandler }
-    TapHandler { onTapped: view.tap(row.rowId) }
+    TapHandler { onTapped: row.island.tap(row.rowId) }
 
     RowLayout {
         anchors.fill: parent

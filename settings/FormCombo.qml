@@ -26,9 +26,12 @@ ComboBox {
         id: measures
         model: combo.model
         Text {
+            required property var modelData
+            // Delegates read the combo as Qt 6.4's qmllint cannot check.
+            readonly property font comboFont: combo.font // qmllint disable unqualified
             visible: false
             text: modelData
-            font: combo.font
+            font: comboFont
         }
     }
 
@@ -66,20 +69,23 @@ ComboBox {
         }
     }
     delegate: ItemDelegate {
+        id: choice
         required property int index
         required property var modelData
-        width: combo.width
+        // Delegates read the combo as Qt 6.4's qmllint cannot check.
+        readonly property ComboBox owner: combo // qmllint disable unqualified
+        width: owner.width
         height: 26
-        highlighted: combo.highlightedIndex === index
+        highlighted: owner.highlightedIndex === index
         contentItem: Text {
-            text: modelData
-            font: combo.font
-            color: highlighted ? "#ffffff" : Style.primary
+            text: choice.modelData
+            font: choice.owner.font
+            color: choice.highlighted ? "#ffffff" : Style.primary
             verticalAlignment: Text.AlignVCenter
         }
         background: Rectangle {
             radius: 4
-            color: highlighted ? Style.accent : "transparent"
+            color: choice.highlighted ? Style.accent : "transparent"
         }
     }
     popup: Popup {

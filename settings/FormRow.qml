@@ -1,15 +1,19 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import tarnwick.quick
 import "Style.js" as Style
 
 // One line of a group: an item of the form and the ones laid out beside it.
 Item {
     id: row
 
-    property var items: []
-    property int sectionIndex: 0
-    property bool separated: false
+    // Where the line's presses, switches and choices go, and its group.
+    required property SettingsBridge bridge
+    required property int sectionIndex
+    // The line as the bridge's FormRows has it.
+    required property var items
+    required property bool separated
     readonly property var first: items.length > 0 ? items[0] : ({})
     readonly property var beside: items.slice(1)
 
@@ -51,36 +55,46 @@ Item {
         wrapMode: Text.WordWrap
     }
 
+    // The lines' drawings. A component's own bindings may not name this
+    // file's ids as far as Qt 6.4's qmllint knows (it has no
+    // ComponentBehavior: Bound): each takes the row once, at its top, marked so.
     Component {
         id: permission
         RowLayout {
+            id: permissionLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 10
             Image {
                 Layout.preferredWidth: 24
                 Layout.preferredHeight: 24
                 sourceSize.width: 24
                 sourceSize.height: 24
-                source: Style.symbol(row.first.symbol, Style.tint(row.first.tint))
+                source: Style.symbol(permissionLine.line.first.symbol, Style.tint(permissionLine.line.first.tint))
             }
             ColumnLayout {
                 Layout.fillWidth: true
                 spacing: 2
                 Label {
-                    text: row.first.text
+                    text: permissionLine.line.first.text
                     font.weight: Font.Medium
                 }
                 Label {
-                    text: row.first.detail
+                    text: permissionLine.line.first.detail
                     font.pixelSize: Style.caption
                     color: Style.secondary
                 }
             }
             Repeater {
-                model: row.beside.length
+                model: permissionLine.line.beside.length
                 FormButton {
-                    text: row.beside[index].text
-                    enabled: row.beside[index].enabled
-                    onClicked: view.press(row.sectionIndex, row.beside[index].index)
+                    id: besideButton
+                    required property int index
+                    readonly property FormRow line: permissionLine.line // qmllint disable unqualified
+                    readonly property var entry: line.beside[index]
+                    text: entry.text
+                    enabled: entry.enabled
+                    onClicked: besideButton.line.bridge.press(besideButton.line.sectionIndex,
+                                                              besideButton.entry.index)
                 }
             }
         }
@@ -89,22 +103,31 @@ Item {
     Component {
         id: prominent
         ProminentButton {
-            item: row.first
-            onClicked: view.press(row.sectionIndex, row.first.index)
+            id: prominentLine
+            readonly property FormRow line: row // qmllint disable unqualified
+            item: prominentLine.line.first
+            onClicked: prominentLine.line.bridge.press(prominentLine.line.sectionIndex, prominentLine.line.first.index)
         }
     }
 
     Component {
         id: buttons
         Row {
+            id: buttonsLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 8
             Repeater {
-                model: row.items.length
+                model: buttonsLine.line.items.length
                 FormButton {
-                    text: row.items[index].text
-                    symbol: row.items[index].symbol
-                    enabled: row.items[index].enabled
-                    onClicked: view.press(row.sectionIndex, row.items[index].index)
+                    id: rowButton
+                    required property int index
+                    readonly property FormRow line: buttonsLine.line // qmllint disable unqualified
+                    readonly property var entry: line.items[index]
+                    text: entry.text
+                    symbol: entry.symbol
+                    enabled: entry.enabled
+                    onClicked: rowButton.line.bridge.press(rowButton.line.sectionIndex,
+                                                           rowButton.entry.index)
                 }
             }
         }
@@ -113,7 +136,9 @@ Item {
     Component {
         id: caption
         Text {
-            text: row.first.text
+            id: captionLine
+            readonly property FormRow line: row // qmllint disable unqualified
+            text: captionLine.line.first.text
             font.pixelSize: Style.callout
             color: Style.secondary
             wrapMode: Text.WordWrap
@@ -124,6 +149,8 @@ Item {
     Component {
         id: status
         RowLayout {
+            id: statusLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 6
             Image {
                 Layout.preferredWidth: 14
@@ -132,10 +159,10 @@ Item {
                 Layout.topMargin: 1
                 sourceSize.width: 14
                 sourceSize.height: 14
-                source: Style.symbol(row.first.symbol, Style.secondary)
+                source: Style.symbol(statusLine.line.first.symbol, Style.secondary)
             }
             Label {
-                text: row.first.text
+                text: statusLine.line.first.text
                 font.pixelSize: Style.callout
                 color: Style.secondary
             }
@@ -145,15 +172,18 @@ Item {
     Component {
         id: toggle
         RowLayout {
+            id: toggleLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 12
             Label {
-                text: row.first.text
+                text: toggleLine.line.first.text
             }
             FormSwitch {
-                text: row.first.text
-                checked: row.first.on
-                enabled: row.first.enabled
-                onToggled: view.toggle(row.sectionIndex, row.first.index, checked)
+                animate: toggleLine.line.bridge.animate
+                text: toggleLine.line.first.text
+                checked: toggleLine.line.first.on
+                enabled: toggleLine.line.first.enabled
+                onToggled: toggleLine.line.bridge.toggle(toggleLine.line.sectionIndex, toggleLine.line.first.index, checked)
             }
         }
     }
@@ -161,16 +191,18 @@ Item {
     Component {
         id: segmented
         RowLayout {
+            id: segmentedLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 12
             Label {
-                text: row.first.text
+                text: segmentedLine.line.first.text
             }
             Segmented {
-                label: row.first.text
-                choices: row.first.choices
-                chosen: row.first.chosen
-                enabled: row.first.enabled
-                onPicked: choice => view.choose(row.sectionIndex, row.first.index, choice)
+                label: segmentedLine.line.first.text
+                choices: segmentedLine.line.first.choices
+                chosen: segmentedLine.line.first.chosen
+                enabled: segmentedLine.line.first.enabled
+                onPicked: choice => segmentedLine.line.bridge.choose(segmentedLine.line.sectionIndex, segmentedLine.line.first.index, choice)
             }
         }
     }
@@ -178,16 +210,18 @@ Item {
     Component {
         id: popup
         RowLayout {
+            id: popupLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 12
             Label {
-                text: row.first.text
+                text: popupLine.line.first.text
             }
             FormCombo {
-                label: row.first.text
-                model: row.first.choices
-                currentIndex: row.first.chosen
-                enabled: row.first.enabled
-                onActivated: choice => view.choose(row.sectionIndex, row.first.index, choice)
+                label: popupLine.line.first.text
+                model: popupLine.line.first.choices
+                currentIndex: popupLine.line.first.chosen
+                enabled: popupLine.line.first.enabled
+                onActivated: choice => popupLine.line.bridge.choose(popupLine.line.sectionIndex, popupLine.line.first.index, choice)
             }
         }
     }
@@ -195,24 +229,26 @@ Item {
     Component {
         id: slider
         RowLayout {
+            id: sliderLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 10
             Label {
-                text: row.first.text
+                text: sliderLine.line.first.text
             }
             FormSlider {
-                label: row.first.text
-                from: row.first.minimum
-                to: row.first.maximum
-                stepSize: row.first.step
-                value: row.first.value
-                enabled: row.first.enabled
-                onMoved: view.slide(value)
+                label: sliderLine.line.first.text
+                from: sliderLine.line.first.minimum
+                to: sliderLine.line.first.maximum
+                stepSize: sliderLine.line.first.step
+                value: sliderLine.line.first.value
+                enabled: sliderLine.line.first.enabled
+                onMoved: sliderLine.line.bridge.slide(value)
             }
             Text {
                 objectName: "delayText"
                 Layout.preferredWidth: 40
                 horizontalAlignment: Text.AlignRight
-                text: row.first.detail
+                text: sliderLine.line.first.detail
                 font.pixelSize: Style.body
                 color: Style.primary
             }
@@ -222,28 +258,31 @@ Item {
     Component {
         id: app
         RowLayout {
+            id: appLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 8
             Item {
                 Layout.preferredWidth: 20
                 Layout.preferredHeight: 20
                 Image {
                     anchors.fill: parent
-                    visible: row.first.icon !== ""
+                    visible: appLine.line.first.icon !== ""
                     sourceSize.width: 20
                     sourceSize.height: 20
-                    source: visible ? "image://appicon/" + encodeURIComponent(row.first.icon) : ""
+                    source: visible ? "image://appicon/" + encodeURIComponent(appLine.line.first.icon) : ""
                 }
             }
             Label {
-                text: row.first.text
+                text: appLine.line.first.text
                 elide: Text.ElideRight
                 wrapMode: Text.NoWrap
             }
             FormSwitch {
-                text: row.first.text
-                checked: row.first.on
-                enabled: row.first.enabled
-                onToggled: view.setAppIncluded(row.first.bundle, checked)
+                animate: appLine.line.bridge.animate
+                text: appLine.line.first.text
+                checked: appLine.line.first.on
+                enabled: appLine.line.first.enabled
+                onToggled: appLine.line.bridge.setAppIncluded(appLine.line.first.bundle, checked)
             }
         }
     }
@@ -251,12 +290,14 @@ Item {
     Component {
         id: value
         RowLayout {
+            id: valueLine
+            readonly property FormRow line: row // qmllint disable unqualified
             spacing: 12
             Label {
-                text: row.first.text
+                text: valueLine.line.first.text
             }
             Text {
-                text: row.first.detail
+                text: valueLine.line.first.detail
                 font.pixelSize: Style.body
                 color: Style.secondary
             }

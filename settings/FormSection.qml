@@ -1,19 +1,28 @@
 import QtQuick
 import QtQuick.Layouts
+import tarnwick.quick
 import "Style.js" as Style
 
 // A titled group of rows with its footer; the header stands alone, unboxed.
 Column {
     id: group
 
-    property string sectionTitle
-    property string sectionFooter
-    // The header item when the group is the window's header, else null.
-    property var headerItem: null
-    // The group's lines (the bridge's FormRows): each an item and the ones
-    // laid out beside it, and whether a rule goes above it.
-    property var rows: null
-    property int sectionIndex: 0
+    // Where the lines' presses, switches and choices go.
+    required property SettingsBridge bridge
+    // The group as the bridge's FormSections has it: title, footer, the
+    // header item when the group is the window's header (else null), and
+    // its lines (FormRows), each an item and the ones laid out beside it,
+    // and whether a rule goes above it.
+    required property int index
+    required property string title
+    required property string footer
+    required property var header
+    required property var lines
+    readonly property string sectionTitle: title
+    readonly property string sectionFooter: footer
+    readonly property var headerItem: header
+    readonly property var rows: lines
+    readonly property int sectionIndex: index
     readonly property bool isHeader: !!headerItem
 
     spacing: 7
@@ -70,10 +79,10 @@ Column {
             Repeater {
                 model: group.isHeader ? null : group.rows
                 FormRow {
-                    width: rowsColumn.width
-                    items: model.items
-                    separated: model.separated
-                    sectionIndex: group.sectionIndex
+                    // Delegates read the group as Qt 6.4's qmllint cannot check.
+                    bridge: group.bridge // qmllint disable unqualified
+                    sectionIndex: group.sectionIndex // qmllint disable unqualified
+                    width: parent.width
                 }
             }
         }

@@ -5,6 +5,8 @@ import "Style.js" as Style
 // An on/off switch; its label is drawn by the row, its text only names it.
 Switch {
     id: control
+    // Whether it slides or flips at once.
+    required property bool animate
 
     padding: 0
     spacing: 0
@@ -23,7 +25,7 @@ Switch {
         color: control.checked ? Style.accent : Style.track
         opacity: control.enabled ? 1 : 0.5
         Behavior on color {
-            enabled: view.animate
+            enabled: control.animate
             ColorAnimation { duration: 140 }
         }
 
@@ -37,7 +39,7 @@ Switch {
             border.width: 1
             border.color: Qt.rgba(0, 0, 0, 0.12)
             Behavior on x {
-                enabled: view.animate
+                enabled: control.animate
                 NumberAnimation { duration: 140; easing.type: Easing.OutCubic }
             }
         }

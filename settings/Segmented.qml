@@ -28,6 +28,7 @@ Rectangle {
         id: measures
         model: picker.choices
         Text {
+            required property var modelData
             visible: false
             text: modelData
             font.pixelSize: Style.callout
@@ -42,15 +43,19 @@ Rectangle {
             model: picker.choices
             delegate: AbstractButton {
                 id: segment
-                width: picker.segmentWidth
+                required property int index
+                required property var modelData
+                // Delegates read the picker as Qt 6.4's qmllint cannot check.
+                readonly property Segmented owner: picker // qmllint disable unqualified
+                width: owner.segmentWidth
                 height: 20
                 text: modelData
-                checked: index === picker.chosen
+                checked: index === owner.chosen
                 focusPolicy: Qt.StrongFocus
                 Accessible.role: Accessible.RadioButton
-                Accessible.name: picker.label + ": " + modelData
+                Accessible.name: owner.label + ": " + modelData
                 Accessible.checked: checked
-                onClicked: picker.picked(index)
+                onClicked: owner.picked(index)
 
                 background: Rectangle {
                     radius: 5

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import tarnwick.quick
 import "Style.js" as Style
 
 // The settings window: one grouped form, scrolling, drawn from what the
@@ -8,8 +9,10 @@ Rectangle {
     id: root
     objectName: "settingsRoot"
 
-    width: view.windowWidth
-    height: view.windowHeight
+    required property SettingsBridge view
+
+    width: root.view.windowWidth
+    height: root.view.windowHeight
     color: Style.window
 
     Flickable {
@@ -33,14 +36,11 @@ Rectangle {
             // The groups and their lines follow the form in place (the
             // bridge's list models), so the keyboard focus stays put.
             Repeater {
-                model: view.form
+                model: root.view.form
                 FormSection {
-                    width: form.width
-                    sectionTitle: model.title
-                    sectionFooter: model.footer
-                    headerItem: model.header
-                    rows: model.lines
-                    sectionIndex: index
+                    // Delegates read the window as Qt 6.4's qmllint cannot check.
+                    bridge: root.view // qmllint disable unqualified
+                    width: parent.width
                 }
             }
         }

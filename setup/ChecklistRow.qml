@@ -5,6 +5,8 @@ Row {
     id: line
 
     property var row: ({})
+    // Whether a finished step pops.
+    required property bool animate
     property real symbolSize: 16
     property real gap: 10
 
@@ -19,7 +21,7 @@ Row {
         sourceSize.height: line.symbolSize
         source: Style.symbol(line.row.symbol, Style.tint(line.row.symbolColour))
         // The symbol swaps with a small pop, as a finished step ticks off.
-        onSourceChanged: if (view.animate) pop.restart()
+        onSourceChanged: if (line.animate) pop.restart()
         SequentialAnimation {
             id: pop
             NumberAnimation { target: mark; property: "scale"; from: 0.4; to: 1.12; duration: 160; easing.type: Easing.OutCubic }

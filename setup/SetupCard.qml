@@ -1,12 +1,15 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import tarnwick.quick
 import tarnwick.settings
 
 // The card of one step: what it asks, why, and the buttons that answer.
 Rectangle {
     id: cardBox
 
+    // Where the buttons' presses go.
+    required property SetupBridge bridge
     property var card: ({})
     property var layout: ({})
     readonly property var buttons: card.buttons || []
@@ -69,7 +72,7 @@ Rectangle {
                     Layout.preferredHeight: 16
                     padding: 0
                     contentItem: Spinner {
-                        running: cardSpinner.running && view.animate
+                        running: cardSpinner.running && cardBox.bridge.animate
                     }
                 }
                 // The waiting text takes what the buttons leave and wraps
@@ -87,10 +90,15 @@ Rectangle {
                 Repeater {
                     model: cardBox.buttons.length
                     SetupButton {
+                        id: cardButton
+                        required property int index
+                        // Delegates read the card as Qt 6.4's qmllint cannot check.
+                        readonly property SetupBridge bridge: cardBox.bridge // qmllint disable unqualified
+                        readonly property var entry: cardBox.buttons[index] // qmllint disable unqualified
                         objectName: "cardButton" + index
-                        text: cardBox.buttons[index].label
-                        isDefault: cardBox.buttons[index].isDefault
-                        onClicked: view.press(cardBox.buttons[index].action)
+                        text: entry.label
+                        isDefault: entry.isDefault
+                        onClicked: cardButton.bridge.press(cardButton.entry.action)
                     }
                 }
                 Item {

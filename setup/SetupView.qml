@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import tarnwick.quick
 import tarnwick.settings
 
 // The first-run window: header, checklist and the card of the current step,
@@ -8,8 +9,10 @@ Rectangle {
     id: root
     objectName: "setupRoot"
 
+    required property SetupBridge view
     readonly property var layout: view.layout
     readonly property var card: view.card
+    readonly property var header: view.header
 
     width: layout.width
     height: content.implicitHeight + 2 * layout.padding
@@ -22,7 +25,7 @@ Rectangle {
         const buttons = card.buttons || []
         for (let i = 0; i < buttons.length; ++i)
             if (buttons[i].isDefault)
-                return view.press(buttons[i].action)
+                return root.view.press(buttons[i].action)
         return false
     }
     Keys.onReturnPressed: pressDefault()
@@ -49,14 +52,14 @@ Rectangle {
                 spacing: root.layout.titleGap
                 Text {
                     objectName: "setupTitle"
-                    text: view.header.title
+                    text: root.header.title
                     font.pixelSize: Style.title2
                     font.weight: Font.Bold
                     color: Style.primary
                 }
                 Text {
                     objectName: "setupSubtitle"
-                    text: view.header.subtitle
+                    text: root.header.subtitle
                     font.pixelSize: Style.body
                     color: Style.secondary
                 }
@@ -67,11 +70,16 @@ Rectangle {
             objectName: "setupChecklist"
             spacing: root.layout.rowSpacing
             Repeater {
-                model: view.checklist.length
+                model: root.view.checklist.length
                 ChecklistRow {
-                    row: view.checklist[index]
-                    symbolSize: root.layout.symbolSize
-                    gap: root.layout.symbolGap
+                    required property int index
+                    // Delegates read the window as Qt 6.4's qmllint cannot check.
+                    readonly property SetupBridge bridge: root.view // qmllint disable unqualified
+                    readonly property var layout: root.layout // qmllint disable unqualified
+                    animate: bridge.animate
+                    row: bridge.checklist[index]
+                    symbolSize: layout.symbolSize
+                    gap: layout.symbolGap
                 }
             }
         }
@@ -86,6 +94,7 @@ Rectangle {
                 id: stepCard
                 objectName: "setupCard"
                 width: parent.width
+                bridge: root.view
                 card: root.card
                 layout: root.layout
             }
@@ -93,7 +102,7 @@ Rectangle {
             // A new step brings a new card, which fades and slides in from
             // the trailing edge.
             property int step: root.card.step
-            onStepChanged: if (view.animate) transition.restart()
+            onStepChanged: if (root.view.animate) transition.restart()
             ParallelAnimation {
                 id: transition
                 NumberAnimation {

@@ -13,17 +13,22 @@ Item {
     Repeater {
         model: 8
         Rectangle {
-            x: spinner.width / 2 - width / 2
+            id: spoke
+            required property int index
+            // A delegate reads the spinner as Qt 6.4's qmllint cannot check.
+            readonly property real around: spinner.width // qmllint disable unqualified
+            readonly property real tall: spinner.height // qmllint disable unqualified
+            x: spoke.around / 2 - width / 2
             y: 0
             width: 2
-            height: spinner.height * 0.3
+            height: spoke.tall * 0.3
             radius: 1
             color: Style.secondary
-            opacity: 0.2 + 0.8 * (index / 7)
+            opacity: 0.2 + 0.8 * (spoke.index / 7)
             transform: Rotation {
                 origin.x: 1
-                origin.y: spinner.height / 2
-                angle: index * 45
+                origin.y: spoke.tall / 2
+                angle: spoke.index * 45
             }
         }
     }

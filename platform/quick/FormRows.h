@@ -19,6 +19,7 @@ namespace tarnwick::quick {
 // place among the group's other lines.
 class FormRows : public KeyedList {
     Q_OBJECT
+    QML_ANONYMOUS
   public:
     struct Line {
         std::string key;
@@ -42,6 +43,7 @@ class FormRows : public KeyedList {
 // null) and `lines`, the group's FormRows.
 class FormSections : public KeyedList {
     Q_OBJECT
+    QML_ANONYMOUS
   public:
     struct Section {
         std::string key;

@@ -12,6 +12,7 @@
 #include <QString>
 #include <QVariantList>
 #include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 #include <memory>
@@ -30,6 +31,8 @@ struct IslandActions {
 // handed back to the model or the presenter. Main thread only.
 class IslandBridge : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program for each island")
     // The card: notched, width, earPadding, outerWidth, minHeight (0 when
     // none), topSpace, shadowOpacity, shape ("notch" or "rounded"), earRadius,
     // cornerRadius, strokeOpacity.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
 
 #include <algorithm>
 #include <vector>
@@ -13,6 +14,7 @@ namespace tarnwick::quick {
 // animations, focus and hover) and its scroll. Counts itself as `count`.
 class KeyedList : public QAbstractListModel {
     Q_OBJECT
+    QML_ANONYMOUS
     Q_PROPERTY(int count READ count NOTIFY countChanged)
   public:
     using QAbstractListModel::QAbstractListModel;

@@ -6,13 +6,15 @@
 #include <QEventLoop>
 #include <QPointer>
 #include <QQmlComponent>
-#include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickItemGrabResult>
 #include <QTimer>
 
 #include <iostream>
+
+// qmltyperegistrar's, for the module the bridges make (CMakeLists.txt).
+void qml_register_types_tarnwick_quick();
 
 namespace tarnwick::quick {
 
@@ -21,6 +23,9 @@ QQmlEngine& viewEngine() {
     // program has deleted the views still pending (LaterDeleter).
     static QPointer<QQmlEngine> engine;
     if (!engine) {
+        // The bridges' types (module tarnwick.quick), registered by name:
+        // the registration lives in a static library and is otherwise dropped.
+        qml_register_types_tarnwick_quick();
         engine = new QQmlEngine(QCoreApplication::instance());
         // Where our QML modules are found by name (tarnwick.settings).
         engine->addImportPath("qrc:/");
@@ -34,13 +39,13 @@ std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge) {
     auto view = std::make_unique<QQuickView>(&engine, nullptr);
     view->setColor(Qt::transparent);
     view->setResizeMode(QQuickView::SizeViewToRootObject);
-    // The engine's root context is everyone's; `view` is this view's alone,
-    // and the context goes with the view, after its scene.
-    auto* context = new QQmlContext(&engine, view.get());
-    context->setContextProperty("view", bridge);
     const QUrl url("qrc:/tarnwick/" + file);
     auto* component = new QQmlComponent(&engine, url, QQmlComponent::PreferSynchronous, view.get());
-    QObject* root = component->isReady() ? component->create(context) : nullptr;
+    // The root's `required property view` is set before its bindings first run.
+    QObject* root = component->isReady()
+                        ? component->createWithInitialProperties(
+                              {{QStringLiteral("view"), QVariant::fromValue(bridge)}})
+                        : nullptr;
     for (const auto& e : component->errors())
         std::cerr << "tarnwick: " << e.toString().toStdString() << "\n";
     if (auto* item = qobject_cast<QQuickItem*>(root))

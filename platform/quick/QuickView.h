@@ -25,9 +25,10 @@ inline std::string ss(const QString& s) {
 QQmlEngine& viewEngine();
 
 // A QML view of ours: `file` is the view's path in the source tree
-// ("island/IslandView.qml"), compiled in, with `bridge` as its context
-// property `view`, in a context of its own. QML errors go to standard error
-// and leave the view empty rather than ending the program.
+// ("island/IslandView.qml"), compiled in, with `bridge` as its root's
+// required property `view` (typed: IslandBridge, SettingsBridge,
+// SetupBridge). QML errors go to standard error and leave the view empty
+// rather than ending the program.
 std::unique_ptr<QQuickView> loadView(const QString& file, QObject* bridge);
 
 // Ends a view of ours: hidden at once, deleted on a later turn of the event
@@ -40,7 +41,7 @@ struct LaterDeleter {
 };
 using OwnedView = std::unique_ptr<QQuickView, LaterDeleter>;
 
-// `bridge`, the view's context property, now ends with `view`, after the
+// `bridge`, which the root reads as `view`, now ends with the QQuickView, after the
 // scene that reads it.
 template <typename Bridge> Bridge* adopt(QQuickView& view, std::unique_ptr<Bridge> bridge) {
     if (bridge) bridge->setParent(&view);

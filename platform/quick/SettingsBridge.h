@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 #include <memory>
 
@@ -18,6 +19,8 @@ namespace tarnwick::quick {
 // slides handed back to it. Main thread only.
 class SettingsBridge : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program for each settings window")
     // The form's groups and, in each, its lines: list models that follow
     // the form in place (FormRows.h).
     Q_PROPERTY(tarnwick::quick::FormSections* form READ form CONSTANT)

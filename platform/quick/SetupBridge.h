@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QVariantList>
 #include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
 
 #include <memory>
 
@@ -16,6 +17,8 @@ namespace tarnwick::quick {
 // buttons handed back to it. Main thread only.
 class SetupBridge : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program for each first-run window")
     Q_PROPERTY(QVariantMap header READ header NOTIFY changed)
     Q_PROPERTY(QVariantList checklist READ checklist NOTIFY changed)
     Q_PROPERTY(QVariantMap card READ card NOTIFY changed)

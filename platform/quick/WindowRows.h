@@ -15,6 +15,7 @@ namespace tarnwick::quick {
 // title, fullscreen, selected, mark.
 class WindowRows : public KeyedList {
     Q_OBJECT
+    QML_ANONYMOUS
   public:
     using KeyedList::KeyedList;
 
