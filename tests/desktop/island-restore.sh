@@ -12,19 +12,14 @@ desktop_start
 write_defaults delay=0 rememberLayouts=true playSounds=false
 plug DUMMY1 1920x1080 --right-of DUMMY0
 notes=$(window --title Notes --class notes,Notes --geometry 600x400+1500+100)
-read -r doc1 doc2 < <(window --title Doc --class doc,Doc --geometry 700x500+1700+250 --count 2 | xargs)
-wmctrl -i -r "$doc2" -e 0,2400,450,-1,-1
-read -r _ _ w h < <(frame_of "$doc2")
-expect_frame "$doc2" 2400 450 "$w" "$h"
+two_docs 700x500+1700+250 2400 450
 
 declare -A saved
 for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
 
 export TARNWICK_LOG_CONTROLS=1
 tarnwick_start
-log_mark
-tarnwick_action save-layout
-wait_for_status "Layout saved for 2 displays" 5
+save_layout 2
 
 # Undocked: the windows are gathered on the panel, each somewhere else.
 log_mark

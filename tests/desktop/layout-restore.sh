@@ -9,11 +9,7 @@ desktop_start
 write_defaults onConnect='"moveAll"' placement='"keepSize"' delay=0 rememberLayouts=true
 plug DUMMY1 1920x1080 --right-of DUMMY0
 notes=$(window --title Notes --class notes,Notes --geometry 600x400+100+100)
-# Two windows of one application, told apart by their titles.
-read -r doc1 doc2 < <(window --title Doc --class doc,Doc --geometry 700x500+1600+150 --count 2 | xargs)
-wmctrl -i -r "$doc2" -e 0,2500,450,-1,-1
-read -r _ _ w h < <(frame_of "$doc2")
-expect_frame "$doc2" 2500 450 "$w" "$h"
+two_docs 700x500+1600+150 2500 450
 
 big=$(window --title Big --class big,Big --geometry 600x400+1800+300 --maximized)
 wait_until 3 eval '[ "$(states_of "$big")" = maximized ]' || fail "Big: $(states_of "$big")"
@@ -23,9 +19,7 @@ for id in $notes $doc1 $doc2 $big; do saved[$id]=$(frame_of "$id"); done
 # The snapshot runs every 30 s; the program's save-layout action takes the
 # same snapshot at once.
 tarnwick_start
-log_mark
-tarnwick_action save-layout
-wait_for_status "Layout saved for 2 displays" 5
+save_layout 2
 grep -q '"layouts.v2"' "$(defaults_file)" || fail "no layout in $(cat "$(defaults_file)")"
 
 log_mark

@@ -311,6 +311,23 @@ tarnwick_action() {
         --method org.freedesktop.Application.ActivateAction "$1" '[]' '{}' >/dev/null
 }
 
+# save_layout DISPLAYS: the program's save-layout action, waited for.
+save_layout() {
+    log_mark
+    tarnwick_action save-layout
+    wait_for_status "Layout saved for $1 displays" 5
+}
+
+# two_docs GEOMETRY X Y: two windows of one application, told apart by their
+# titles, the second moved to X,Y; sets doc1 and doc2.
+two_docs() {
+    local w h
+    read -r doc1 doc2 < <(window --title Doc --class doc,Doc --geometry "$1" --count 2 | xargs)
+    wmctrl -i -r "$doc2" -e "0,$2,$3,-1,-1"
+    read -r _ _ w h < <(frame_of "$doc2")
+    expect_frame "$doc2" "$2" "$3" "$w" "$h"
+}
+
 # Log lines are searched from the last mark on, so a test can wait for the
 # next occurrence of a text it has already seen.
 log_mark() { log_mark_line=$(wc -l <"$tarnwick_log"); }

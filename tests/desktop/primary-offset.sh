@@ -49,9 +49,7 @@ for id in $near $lefty; do
 done
 declare -A saved
 for id in $near $far $lefty; do saved[$id]=$(frame_of "$id"); done
-log_mark
-tarnwick_action save-layout
-wait_for_status "Layout saved for 3 displays" 5
+save_layout 3
 
 # The big monitor becomes primary; the monitors themselves stay as they are,
 # and the output keeps the primary role when it comes back.

@@ -9,18 +9,13 @@ desktop_start
 write_defaults onConnect='"nothing"' placement='"keepSize"' delay=0 rememberLayouts=true
 plug DUMMY1 1920x1080 --right-of DUMMY0
 notes=$(window --title Notes --class notes,Notes --geometry 600x400+100+100)
-read -r doc1 doc2 < <(window --title Doc --class doc,Doc --geometry 700x500+1600+150 --count 2 | xargs)
-wmctrl -i -r "$doc2" -e 0,2500,450,-1,-1
-read -r _ _ w h < <(frame_of "$doc2")
-expect_frame "$doc2" 2500 450 "$w" "$h"
+two_docs 700x500+1600+150 2500 450
 declare -A saved
 for id in $notes $doc1 $doc2; do saved[$id]=$(frame_of "$id"); done
 
 tarnwick_start
 started=$SECONDS
-log_mark
-tarnwick_action save-layout
-wait_for_status "Layout saved for 2 displays" 5
+save_layout 2
 
 log_mark
 unplug DUMMY1
